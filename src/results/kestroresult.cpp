@@ -58,10 +58,14 @@ const UpdateRow kUpdateRows[] = {
 #undef KESTRO_UPDATE_ROW
 };
 
-// Filled on the first lookup that needs it; its emptiness is the only marker.
-MessageTable& UpdateTable()
+// Filled on the first lookup that needs it, once even when that lookup races another.
+const MessageTable& UpdateTable()
 {
     static MessageTable table;
+    static std::once_flag once;
+    std::call_once(once, [] {
+        for (const UpdateRow& row : kUpdateRows) table[row.code] = row.text;
+    });
     return table;
 }
 
@@ -90,10 +94,10 @@ std::string ResultMessage(std::int32_t packed, std::int32_t category)
 
 std::string UpdateResultMessage(std::int32_t packed)
 {
+    // Ordinary rows have codes below 256. The shift is arithmetic, so a negative category stays
+    // negative and reaches the generic table.
     if ((static_cast<std::uint32_t>(packed) & kUpdateCodeBits) == 0) return ResultMessage(packed, packed >> 16);
-    MessageTable& table = UpdateTable();
-    if (table.empty())
-        for (const UpdateRow& row : kUpdateRows) table[row.code] = row.text;
+    const MessageTable& table = UpdateTable();
     const MessageTable::const_iterator found = table.find(packed);
     return found == table.end() ? "Unknown error" : found->second;
 }
