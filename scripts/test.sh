@@ -1,0 +1,8 @@
+#!/usr/bin/env bash
+# Sets up the machine, builds everything with warnings as errors, and runs the whole test suite.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+scripts/install-deps.sh
+cmake -S . -B build -G Ninja -DKESTRO_WERROR=ON
+cmake --build build -j2
+ctest --test-dir build -j2 --output-on-failure

@@ -1,0 +1,69 @@
+#include "rmoduletable.h"
+
+#include "repository/modules/rdatasourcemodule.h"
+
+#include <boost/make_shared.hpp>
+
+namespace kestro {
+namespace repository {
+
+namespace {
+
+typedef boost::shared_ptr<RModule> (*ModuleMaker)();
+
+template <class Module>
+boost::shared_ptr<RModule> Make()
+{
+    return boost::make_shared<Module>();
+}
+
+struct RowModules {
+    RModuleTable::Row row;
+    std::vector<ModuleMaker> makers;
+};
+
+const std::vector<ModuleMaker> kLeading = {};
+
+const RowModules kRows[] = {
+    {RModuleTable::RowSmm, {Make<RDataSourceModule>}},
+    {RModuleTable::RowCmm, {Make<RDataSourceModule>}},
+    {RModuleTable::RowCfcInBand, {Make<RDataSourceModule>}},
+    {RModuleTable::RowCfcOob, {Make<RDataSourceModule>}},
+    {RModuleTable::RowOrdinary, {Make<RDataSourceModule>}},
+};
+
+void AppendAll(const std::vector<ModuleMaker>& makers, RModuleList& modules)
+{
+    for (ModuleMaker make : makers) modules.push_back(make());
+}
+
+}  // namespace
+
+RModuleTable::Row RModuleTable::RowOf(RInventoryCase c)
+{
+    switch (c) {
+    case CaseSmm:
+        return RowSmm;
+    case CaseCmm:
+        return RowCmm;
+    case CaseCfcWindows:
+    case CaseCfcRhel:
+    case CaseCfcSles:
+        return RowCfcInBand;
+    case CaseCfcOob:
+        return RowCfcOob;
+    default:
+        return RowOrdinary;
+    }
+}
+
+void RModuleTable::AppendLeading(RModuleList& modules) { AppendAll(kLeading, modules); }
+
+void RModuleTable::AppendRow(Row row, RModuleList& modules)
+{
+    for (const RowModules& entry : kRows)
+        if (entry.row == row) AppendAll(entry.makers, modules);
+}
+
+}  // namespace repository
+}  // namespace kestro

@@ -1,0 +1,423 @@
+#include "rrepository_p.h"
+
+#include "kestro/repository/rinstance.h"
+#include "kestro/systemtype/systemtype.h"
+#include "kestro/xmodule/kestrodirectory.h"
+#include "repository/modules/rdatasourcemodule.h"
+#include "rinstance_p.h"
+#include "rlog.h"
+#include "rstorecomparer.h"
+#include "updatescanadapter.h"
+#include "xmodule/linux/osrelease.h"
+#include "xmodule/sharedlibrary.h"
+
+#include <boost/filesystem/operations.hpp>
+#include <boost/property_tree/xml_parser.hpp>
+#include <boost/thread/locks.hpp>
+
+#include <algorithm>
+
+namespace kestro {
+namespace repository {
+
+namespace pt = boost::property_tree;
+
+namespace {
+
+const char kBuildVersion[] = "oqce_kestro02a-4.4.1";
+const char kModulePluginName[] = "repository_vxmodule.so";
+const char kFallbackLinuxFamily[] = "rhel";
+const char kDefaultFileName[] = "RReport20130707.xml";
+
+typedef void (*AddModulesEntry)(RModuleList& modules);
+
+struct SystemTypePrefix {
+    int systemType;
+    const char* prefix;
+};
+
+// Server families whose local host runs a case of its own, where the table holds one.
+const SystemTypePrefix kSystemTypePrefixes[] = {
+    {2, "vx_"}, {4, "tv5x_"}, {5, "tv5x_v2_"}, {6, "tv4x_v2_"},
+};
+
+const char kAmdPrefix[] = "amd_";
+const int kAmdSystemType = 3;
+
+struct ModeCase {
+    ConnectMode mode;
+    RInventoryCase inventoryCase;
+};
+
+const ModeCase kRemoteModeCases[] = {
+    {ConnectOob, CaseOob}, {ConnectCmm, CaseCmm}, {ConnectEsxi, CaseEsxi}, {ConnectSmm, CaseSmm},
+};
+
+bool FindCase(const std::string& text, RInventoryCase& found)
+{
+    for (int index = 0; index < INVENTORY_CASE_COUNT; ++index)
+        if (RRepository::INVENTORY_CASES[index] == text) {
+            found = static_cast<RInventoryCase>(index);
+            return true;
+        }
+    return false;
+}
+
+std::string PrefixOf(int systemType)
+{
+    for (const SystemTypePrefix& entry : kSystemTypePrefixes)
+        if (entry.systemType == systemType) return entry.prefix;
+    return std::string();
+}
+
+// The local host's case: its OS family, with the server family's prefix where such a case exists.
+RInventoryCase LocalCase(const std::string& prefix)
+{
+    std::string family = XModule::Linux::OsFamily(XModule::Linux::ReadOsRelease());
+    if (family.empty()) {
+        RLOG(2) << "Cannot tell the operating system family from os-release, using " << kFallbackLinuxFamily;
+        family = kFallbackLinuxFamily;
+    }
+    RInventoryCase chosen = CaseNone;
+    if (FindCase(prefix + family, chosen)) return chosen;
+    FindCase(family, chosen);
+    return chosen;
+}
+
+void ClearMixedContent(pt::ptree& node)
+{
+    if (node.empty()) return;
+    node.data().clear();
+    for (pt::ptree::iterator child = node.begin(); child != node.end(); ++child) ClearMixedContent(child->second);
+}
+
+}  // namespace
+
+RRepositoryPrivate::RRepositoryPrivate(RRepository* owner, const XModule::ConnectionInfo& info, RInventoryCase c)
+    : owner(owner), connectMode(ConnectNone), systemType(0), inventoryCase(c), isWhitley(false), pluginHandle(nullptr)
+{
+    RLOG(4) << "Enter RRepositoryPrivate";
+    const bool redfishCase = c >= CaseCfcWindows && c <= CaseCfcOob;
+    if (redfishCase && c != CaseCfcOob) connectMode = ConnectCfc;
+    if (redfishCase) restConnections.insert(restConnections.begin(), info);
+    InitInventoryModules();
+    SetModulesInventoryCase();
+    RLOG(4) << "After InitInventoryModules";
+    PutHeader();
+}
+
+RRepositoryPrivate::RRepositoryPrivate(RRepository* owner, ConnectMode mode)
+    : owner(owner), connectMode(mode), systemType(0), inventoryCase(CaseNone), isWhitley(false), pluginHandle(nullptr)
+{
+    if (mode == ConnectLocal || mode == ConnectLocalAmd) {
+        systemType = SystemType::GetInstance()->GetSystemType();
+        if (mode == ConnectLocalAmd) systemType = kAmdSystemType;
+    }
+    if (mode == ConnectNone) return;
+    SetInventoryCase(mode);
+    InitInventoryModules();
+    SetModulesInventoryCase();
+    PutHeader();
+}
+
+RRepositoryPrivate::~RRepositoryPrivate()
+{
+    // Modules made by the plug-in need its code until the process ends, so it stays loaded.
+    modules.clear();
+    pluginHandle = nullptr;
+}
+
+void RRepositoryPrivate::PutHeader()
+{
+    store.put("mode", RRepository::INVENTORY_CASES[inventoryCase]);
+    RLOG(4) << "After put inventory case";
+    store.put("buildversion", kBuildVersion);
+    RLOG(4) << "After put buildversion";
+}
+
+void RRepositoryPrivate::SetInventoryCase(ConnectMode mode)
+{
+    inventoryCase = CaseWindows;
+    if (mode == ConnectLocal) {
+        inventoryCase = LocalCase(PrefixOf(systemType));
+    } else if (mode == ConnectLocalAmd) {
+        inventoryCase = LocalCase(kAmdPrefix);
+    } else {
+        bool known = false;
+        for (const ModeCase& entry : kRemoteModeCases)
+            if (entry.mode == mode) {
+                inventoryCase = entry.inventoryCase;
+                known = true;
+            }
+        if (!known) RLOG(1) << "Inventory case doesn't exist ";
+    }
+    RLOG(3) << "Set inventory case to  " << RRepository::INVENTORY_CASES[inventoryCase];
+}
+
+void RRepositoryPrivate::SetInventoryCase(const std::string& caseText)
+{
+    if (!FindCase(caseText, inventoryCase)) {
+        RLOG(1) << "There is NO matching case for mode: " << caseText;
+        inventoryCase = CaseWindows;
+    }
+    RLOG(3) << "Set inventory case to  " << RRepository::INVENTORY_CASES[inventoryCase];
+}
+
+void RRepositoryPrivate::InitInventoryModules()
+{
+    RLOG(4) << "Entering kestro::repository::RRepositoryPrivate::InitInventoryModules().";
+    modules.clear();
+    RModuleTable::AppendLeading(modules);
+    const RModuleTable::Row row = RModuleTable::RowOf(inventoryCase);
+    if (row == RModuleTable::RowCfcInBand || row == RModuleTable::RowCfcOob)
+        RLOG(4) << "The case on CFC is " << static_cast<int>(inventoryCase);
+    RModuleTable::AppendRow(row, modules);
+    if (row == RModuleTable::RowSmm) RLOG(4) << "InitInventoryModules for SMM Inventory  ";
+    if (row == RModuleTable::RowCmm) RLOG(4) << "InitInventoryModules for CMM Inventory  ";
+    if (row == RModuleTable::RowOrdinary) LoadModulePlugin();
+    RLOG(4) << "Exiting kestro::repository::RRepositoryPrivate::InitInventoryModules().";
+}
+
+void RRepositoryPrivate::LoadModulePlugin()
+{
+    std::string error;
+    void* loaded = XModule::SharedLibrary::Load(KestroDirectory::GetLibraryPath() + kModulePluginName, error);
+    if (loaded) pluginHandle = loaded;
+    if (!pluginHandle) {
+        RLOG(2) << "Unable to load shared library " << kModulePluginName << " !!!";
+        RLOG(2) << "load vexa server module failed";
+        return;
+    }
+    const AddModulesEntry addModules =
+        reinterpret_cast<AddModulesEntry>(XModule::SharedLibrary::FindSymbol(pluginHandle, "AddModules"));
+    if (!addModules) {
+        RLOG(2) << "Unable to find required interface in !!!";
+        return;
+    }
+    RLOG(3) << "Start to Load Vexa Server modules!";
+    addModules(modules);
+}
+
+void RRepositoryPrivate::SetModulesInventoryCase()
+{
+    RLOG(4) << "Entering kestro::repository::RRepositoryPrivate::SetModulesInventoryCase().";
+    for (RModuleList::iterator module = modules.begin(); module != modules.end(); ++module)
+        (*module)->SetInventoryCase(inventoryCase);
+    RLOG(4) << "Exiting kestro::repository::RRepositoryPrivate::SetModulesInventoryCase().";
+}
+
+void RRepositoryPrivate::InitDepModules()
+{
+    SetInventoryCase(store.get<std::string>("mode", std::string()));
+    InitInventoryModules();
+    SetModulesInventoryCase();
+}
+
+void RRepositoryPrivate::AddToRepository(const std::string& name, const pt::ptree& record)
+{
+    boost::unique_lock<boost::shared_mutex> lock(storeLock);
+    store.add_child(pt::ptree::path_type(name, '.'), record);
+}
+
+std::vector<std::string> RRepositoryPrivate::CollectedTypes() const { return RStoreComparer::RecordTypes(store); }
+
+std::vector<std::string> RRepositoryPrivate::AvailableTypes()
+{
+    std::vector<std::string> types;
+    for (RModuleList::iterator module = modules.begin(); module != modules.end(); ++module)
+        (*module)->EnumTypes(types);
+    std::sort(types.begin(), types.end());
+    return types;
+}
+
+std::vector<RInstance*> RRepositoryPrivate::Instances(const std::string& type) const
+{
+    std::vector<RInstance*> instances;
+    const std::pair<pt::ptree::const_assoc_iterator, pt::ptree::const_assoc_iterator> range =
+        store.equal_range(type);
+    for (pt::ptree::const_assoc_iterator record = range.first; record != range.second; ++record)
+        instances.push_back(new RInstance(new RInstancePrivate(type, record->second)));
+    return instances;
+}
+
+boost::shared_ptr<RModule> RRepositoryPrivate::FindModuleOffering(const std::string& type)
+{
+    for (RModuleList::iterator module = modules.begin(); module != modules.end(); ++module) {
+        std::vector<std::string> offered;
+        (*module)->EnumTypes(offered);
+        if (std::find(offered.begin(), offered.end(), type) != offered.end()) return *module;
+    }
+    return boost::shared_ptr<RModule>();
+}
+
+void RRepositoryPrivate::RunInventory(const std::string& group)
+{
+    if (!category) {
+        RLOG(2) << "Category not correctly initialized, skip this function";
+        return;
+    }
+    const std::vector<std::string> types = category->GetTypes(group);
+    if (types.empty()) {
+        RLOG(2) << "Cannot find group name in category file to run inventory: " << group;
+        return;
+    }
+    std::vector<std::string> done = CollectedTypes();
+    RLOG(3) << "Begin to run inventory for group: " << group;
+    boost::shared_ptr<RModule> lastModule;
+    for (std::vector<std::string>::const_iterator type = types.begin(); type != types.end(); ++type) {
+        if (std::find(done.begin(), done.end(), *type) != done.end()) {
+            RLOG(2) << "Type already finished running inventory and will be skipped: " << *type;
+            continue;
+        }
+        const boost::shared_ptr<RModule> module = FindModuleOffering(*type);
+        if (!module) {
+            RLOG(2) << "Cannot find type in all modules to run inventory: " << *type;
+            continue;
+        }
+        lastModule = module;
+        RLOG(3) << "Begin to run inventory for type: " << *type;
+        module->EnumInstances(*type, *owner);
+        done.push_back(*type);
+    }
+    if (lastModule) lastModule->DelDisuseResources();
+}
+
+void RRepositoryPrivate::RunInventory(ProgressCallback progress)
+{
+    std::vector<std::string> done = CollectedTypes();
+    for (RModuleList::iterator module = modules.begin(); module != modules.end(); ++module) {
+        RLOG(3) << "Begin to run inventory for module: " << (*module)->GetName();
+        if (progress) progress((*module)->GetName(), (*module)->GetDisplay());
+        std::vector<std::string> types;
+        (*module)->EnumTypes(types);
+        for (std::vector<std::string>::const_iterator type = types.begin(); type != types.end(); ++type) {
+            if (std::find(done.begin(), done.end(), *type) != done.end()) {
+                RLOG(2) << "Type already finished running inventory and will be skipped: " << *type;
+                continue;
+            }
+            RLOG(3) << "Begin to run inventory for type: " << *type;
+            (*module)->EnumInstances(*type, *owner);
+            done.push_back(*type);
+        }
+    }
+}
+
+std::string RRepositoryPrivate::CategoryCaseText()
+{
+    if (connectMode != ConnectNone && inventoryCase < CaseNone) return RRepository::INVENTORY_CASES[inventoryCase];
+    return store.get<std::string>("mode", std::string());
+}
+
+bool RRepositoryPrivate::LoadCategories()
+{
+    category.reset(new RReportCategory(this));
+    const std::string path = KestroDirectory::GetExePath("") + "data/reportcategory_" + CategoryCaseText() + ".xml";
+    const bool loaded = category->Load(path);
+    if (loaded) category->Dump();
+    return loaded;
+}
+
+void RRepositoryPrivate::ReadDeviceInfo()
+{
+    const UpdateScanAdapter adapter(userContext);
+    RLOG(3) << adapter.CommandText();
+    service::ServiceUpdateScan scan(adapter.Option());
+    service::UpdateScanReport report;
+    const KestroResult result = scan.Run(report);
+    if (!result.IsSuccess()) RLOG(1) << result;
+    service::SerializeScanReport::AddToPtree(report, scanTree);
+    // A report without SCAN raises "No such node" to the caller, as a broken scan should.
+    pt::ptree scan = scanTree.get_child("SCAN");
+    scanTree.swap(scan);
+}
+
+void RRepositoryPrivate::SetDataSource(const std::string& name, const std::string& build, const std::string& version)
+{
+    if (store.count("DataSource") != 0) return;
+    RDataSourceModule source(name, build, version);
+    source.EnumInstances("DataSource", *owner);
+}
+
+bool RRepositoryPrivate::WriteXML(const std::string& fileName, const std::string& directory)
+{
+    boost::shared_lock<boost::shared_mutex> lock(storeLock);
+    boost::system::error_code error;
+    if (!boost::filesystem::is_directory(directory, error)) {
+        RLOG(1) << "Directory not exist: " << directory;
+        return false;
+    }
+    const std::string target =
+        (boost::filesystem::path(directory) / (fileName.empty() ? kDefaultFileName : fileName)).string();
+    pt::ptree file;
+    pt::ptree& repository = file.put_child("kestro.repository", pt::ptree());
+    pt::ptree& scan = file.put_child("kestro.SCAN", pt::ptree());
+    // Moved out and back rather than copied: a large store is written without a second copy.
+    repository.swap(store);
+    scan.swap(scanTree);
+    try {
+        pt::write_xml(target, file, std::locale(), pt::xml_writer_make_settings<std::string>(' ', 2, "utf-8"));
+    } catch (const std::exception& e) {
+        repository.swap(store);
+        scan.swap(scanTree);
+        RLOG(1) << "Failed to write XML: " << e.what();
+        return false;
+    }
+    repository.swap(store);
+    scan.swap(scanTree);
+    return true;
+}
+
+bool RRepositoryPrivate::ReadRepositoryFile(const std::string& path, pt::ptree& target)
+{
+    try {
+        pt::ptree file;
+        pt::read_xml(path, file);
+        ClearMixedContent(file);
+        std::string root;
+        const std::string first = file.empty() ? std::string() : file.begin()->first;
+        if (first == "kestro") {
+            RLOG(3) << "kestro is the first node. ";
+            root = "kestro.repository";
+        } else if (first == "repository") {
+            RLOG(3) << "repository is the first node. ";
+            root = "repository";
+        }
+        file.get_child(root).swap(target);
+    } catch (const pt::ptree_error& e) {
+        RLOG(1) << "Failed to read repository XML: " << e.what();
+        return false;
+    }
+    return true;
+}
+
+bool RRepositoryPrivate::ReadXML(const std::string& path, const std::string& comparePath)
+{
+    boost::unique_lock<boost::shared_mutex> lock(storeLock);
+    const bool read = ReadRepositoryFile(path, store);
+    if (comparePath.empty() || !read) return read;
+    pt::ptree newer;
+    if (!ReadRepositoryFile(comparePath, newer)) return false;
+    const std::string firstMode = store.get<std::string>("mode", std::string());
+    const std::string secondMode = newer.get<std::string>("mode", std::string());
+    if (firstMode != secondMode) {
+        RLOG(1) << "Cannot compare two file from different OS: " << firstMode << " & " << secondMode;
+        return false;
+    }
+    RStoreComparer::MergeInto(store, newer);
+    store.swap(newer);
+    return true;
+}
+
+void RRepositoryPrivate::Combine(const RRepositoryPrivate& other)
+{
+    if (&other == this) {
+        RLOG(2) << "Cannot combine a repository with itself";
+        return;
+    }
+    boost::unique_lock<boost::shared_mutex> lock(storeLock);
+    for (pt::ptree::const_iterator child = other.store.begin(); child != other.store.end(); ++child)
+        store.add_child(pt::ptree::path_type(child->first, '.'), child->second);
+}
+
+}  // namespace repository
+}  // namespace kestro

@@ -1,0 +1,349 @@
+#include "kestro/repository/rinstance.h"
+#include "kestro/repository/rrepository.h"
+#include "kestro/xmodule/rootprefix.h"
+#include "support/logcapture.h"
+#include "support/tempdir.h"
+
+#include <gtest/gtest.h>
+
+#include <fstream>
+
+using namespace kestro::repository;
+
+namespace {
+
+// A host whose os-release says `release`, with the program's home in the same folder.
+class FixtureHost {
+public:
+    explicit FixtureHost(const std::string& release) : home("KESTRO_HOME", dir.Path())
+    {
+        if (!release.empty()) dir.Write("etc/os-release", release);
+        XModule::SetRootPrefix(dir.Path());
+    }
+    ~FixtureHost() { XModule::SetRootPrefix("/"); }
+    const TempDir& Dir() const { return dir; }
+
+private:
+    TempDir dir;
+    ScopedEnv home;
+};
+
+std::string Mode(RRepository& repo, const std::string& directory)
+{
+    EXPECT_TRUE(repo.WriteXML("mode.xml", directory));
+    std::ifstream in((directory + "/mode.xml").c_str());
+    std::string text((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
+    const std::string::size_type begin = text.find("<mode>");
+    const std::string::size_type end = text.find("</mode>");
+    if (begin == std::string::npos || end == std::string::npos) return std::string();
+    return text.substr(begin + 6, end - begin - 6);
+}
+
+RInstance Record(const std::string& type, const std::string& name, int value)
+{
+    RInstance record(type, type, -1);
+    record.AddProperty("Name", "Name", name, false);
+    record.AddProperty("Value", "Value", value, false);
+    return record;
+}
+
+}  // namespace
+
+TEST(RRepositoryTest, LocalCaseFollowsTheOperatingSystemFamily)
+{
+    struct Case {
+        const char* release;
+        const char* expected;
+    };
+    const Case cases[] = {
+        {"ID=debian\n", "ubuntu"},
+        {"ID=ubuntu\nID_LIKE=debian\n", "ubuntu"},
+        {"ID=\"rocky\"\nID_LIKE=\"rhel centos fedora\"\n", "rhel"},
+        {"ID=\"sles\"\n", "sles"},
+        {"ID=\"opensuse-leap\"\nID_LIKE=\"suse opensuse\"\n", "sles"},
+        {"ID=arch\n", "rhel"},
+        {"", "rhel"},
+    };
+    for (const Case& c : cases) {
+        FixtureHost host(c.release);
+        LogCapture capture;
+        RRepository repo(ConnectLocal);
+        EXPECT_EQ(c.expected, Mode(repo, host.Dir().Path())) << c.release;
+        EXPECT_TRUE(capture.Has(3, std::string("[repo] Set inventory case to  ") + c.expected)) << capture.Dump();
+    }
+}
+
+TEST(RRepositoryTest, RemoteAndAmdModesPickTheirCases)
+{
+    FixtureHost host("ID=rhel\n");
+    struct Case {
+        ConnectMode mode;
+        const char* expected;
+    };
+    const Case cases[] = {
+        {ConnectLocalAmd, "amd_rhel"}, {ConnectOob, "oob"}, {ConnectCmm, "cmm"},
+        {ConnectEsxi, "esxi"},         {ConnectSmm, "smm"}, {static_cast<ConnectMode>(5), "windows"},
+    };
+    for (const Case& c : cases) {
+        LogCapture capture;
+        RRepository repo(c.mode);
+        EXPECT_EQ(c.expected, Mode(repo, host.Dir().Path())) << c.mode;
+        EXPECT_EQ(c.mode == 5 ? 1 : 0, capture.Count("Inventory case doesn't exist ")) << c.mode;
+    }
+    FixtureHost debian("ID=debian\n");
+    RRepository amdOnDebian(ConnectLocalAmd);
+    EXPECT_EQ("ubuntu", Mode(amdOnDebian, debian.Dir().Path()));
+}
+
+TEST(RRepositoryTest, ConnectionConstructorKeepsTheRedfishConnection)
+{
+    TempDir dir;
+    XModule::ConnectionInfo bmc;
+    bmc.host = "10.0.0.5";
+    bmc.user = "admin";
+    LogCapture capture;
+    RRepository inBand(bmc, CaseCfcRhel);
+    EXPECT_EQ(ConnectCfc, inBand.GetConnectMode());
+    EXPECT_EQ("10.0.0.5", inBand.GetRedfishConnection().host);
+    EXPECT_EQ("cfc_rhel", Mode(inBand, dir.Path()));
+    EXPECT_TRUE(capture.Has(4, "[repo] The case on CFC is 25"));
+    EXPECT_TRUE(capture.Has(4, "[repo] After put buildversion"));
+    EXPECT_EQ(0, capture.Count("repository_vxmodule"));
+
+    RRepository outOfBand(bmc, CaseCfcOob);
+    EXPECT_EQ(ConnectNone, outOfBand.GetConnectMode());
+    EXPECT_EQ(1u, outOfBand.GetRestConnectionList().size());
+
+    RRepository other(bmc, CaseRhel);
+    EXPECT_TRUE(other.GetRestConnectionList().empty());
+    EXPECT_EQ("", other.GetRedfishConnection().host);
+    EXPECT_EQ(0, other.GetRedfishConnection().port);
+}
+
+TEST(RRepositoryTest, ModeNoneHasNothingUntilAFileIsRead)
+{
+    TempDir dir;
+    LogCapture capture;
+    RRepository repo(ConnectNone);
+    EXPECT_TRUE(repo.GetAvailableInstanceTypes().empty());
+    repo.RunInventory(nullptr);
+    EXPECT_TRUE(repo.GetCollectedInstanceTypes().empty());
+    repo.RunInventory("system");
+    EXPECT_TRUE(capture.Has(2, "[repo] Category not correctly initialized, skip this function"));
+    ASSERT_TRUE(repo.WriteXML("", dir.Path()));
+    EXPECT_EQ(
+        "<?xml version=\"1.0\" encoding=\"utf-8\"?>\n"
+        "<kestro>\n"
+        "  <repository/>\n"
+        "  <SCAN/>\n"
+        "</kestro>\n",
+        dir.Read("RReport20130707.xml"));
+
+    repo.InitDepModules();
+    EXPECT_TRUE(capture.Has(1, "[repo] There is NO matching case for mode: ")) << capture.Dump();
+    EXPECT_TRUE(capture.Has(3, "[repo] Set inventory case to  windows"));
+    EXPECT_EQ(std::vector<std::string>(1, "DataSource"), repo.GetAvailableInstanceTypes());
+}
+
+TEST(RRepositoryTest, StoreHandsOutCopiesAndListsEachTypeOnce)
+{
+    TempDir dir;
+    RRepository repo(ConnectNone);
+    for (int i = 0; i < 3; ++i) Record("Processor", "cpu" + std::to_string(i), i).AddToRepository(repo);
+    Record("Memory", "dimm", 8).AddToRepository(repo);
+    Record("Processor", "cpu3", 3).AddToRepository(repo);
+    EXPECT_EQ((std::vector<std::string>{"Memory", "Processor"}), repo.GetCollectedInstanceTypes());
+    EXPECT_TRUE(repo.GetInstances("Disk").empty());
+
+    std::vector<RInstance*> processors = repo.GetInstances("Processor");
+    ASSERT_EQ(4u, processors.size());
+    for (size_t i = 0; i < processors.size(); ++i)
+        EXPECT_EQ("cpu" + std::to_string(i), processors[i]->GetNormalizedValue("Name", ""));
+    processors[0]->AddProperty("Name", "Name", std::string("changed"), false);
+    repo.FreeInstances(processors);
+    processors = repo.GetInstances("Processor");
+    EXPECT_EQ("cpu0", processors[0]->GetNormalizedValue("Name", ""));
+    repo.FreeInstances(processors);
+
+    repo.SetDataSource("kestro", "1", "4.4.1");
+    repo.SetDataSource("other", "2", "9");
+    std::vector<RInstance*> sources = repo.GetInstances("DataSource");
+    ASSERT_EQ(1u, sources.size());
+    EXPECT_EQ("kestro", sources[0]->GetNormalizedValue("Name", ""));
+    repo.FreeInstances(sources);
+}
+
+TEST(RRepositoryTest, SettingsAreKept)
+{
+    RRepository repo(ConnectNone);
+    std::vector<XModule::ConnectionInfo> list(2);
+    list[1].host = "second";
+    repo.SetCIMConnectionList(list);
+    repo.SetIPMIConnectionList(std::vector<XModule::ConnectionInfo>(1));
+    repo.SetHttpsConnectionList(std::vector<XModule::ConnectionInfo>(3));
+    repo.SetRestConnectionList(list);
+    repo.SetRestConnectionList(repo.GetRestConnectionList());
+    EXPECT_EQ("second", repo.GetCIMConnectionList()[1].host);
+    EXPECT_EQ(1u, repo.GetIPMIConnectionList().size());
+    EXPECT_EQ(3u, repo.GetHttpsConnectionList().size());
+    EXPECT_EQ(2u, repo.GetRestConnectionList().size());
+    XModule::UserContext context;
+    context.options["iobay"] = "2";
+    repo.SetUserContext(context);
+    EXPECT_EQ("2", repo.GetUserContext().GetOption("iobay", ""));
+    repo.SetIsWhitleySystem(true);
+    EXPECT_TRUE(repo.GetSystemIsWhitley());
+    repo.SetConnectMode(ConnectOob);
+    EXPECT_EQ(ConnectOob, repo.GetConnectMode());
+}
+
+TEST(RRepositoryTest, CategoriesComeFromTheCaseOrTheStoredMode)
+{
+    FixtureHost host("ID=rhel\n");
+    host.Dir().Write("data/reportcategory_rhel.xml",
+                     "<report><category><name>c</name><display>C</display>"
+                     "<group><name>system</name><display>System</display>"
+                     "<type>DataSource</type><type>Nowhere</type></group>"
+                     "<group IsHidden=\"true\"><name>quiet</name><display>Quiet</display></group>"
+                     "</category></report>");
+    LogCapture capture;
+    RRepository repo(ConnectLocal);
+    ASSERT_TRUE(repo.LoadCategories());
+    EXPECT_TRUE(capture.Has(3, "[repo] Loading category file: " + host.Dir().Path() + "/data/reportcategory_rhel.xml"))
+        << capture.Dump();
+    EXPECT_EQ(2u, repo.GetInventoryGroups().size());
+    EXPECT_EQ(1u, repo.GetUnHiddenInventoryGroups().size());
+
+    repo.SetDataSource("kestro", "1", "2");
+    repo.RunInventory("system");
+    EXPECT_TRUE(capture.Has(3, "[repo] Begin to run inventory for group: system"));
+    EXPECT_TRUE(capture.Has(2, "[repo] Type already finished running inventory and will be skipped: DataSource"));
+    EXPECT_TRUE(capture.Has(2, "[repo] Cannot find type in all modules to run inventory: Nowhere"));
+    repo.RunInventory("absent");
+    EXPECT_TRUE(capture.Has(2, "[repo] Cannot find group name in category file to run inventory: absent"));
+    ASSERT_TRUE(repo.LoadCategories());
+    EXPECT_EQ(2u, repo.GetInventoryGroups().size());
+
+    XModule::ConnectionInfo bmc;
+    RRepository oob(bmc, CaseCfcOob);
+    EXPECT_FALSE(oob.LoadCategories());
+    EXPECT_EQ(1, capture.Count("data/reportcategory_cfc_oob.xml")) << capture.Dump();
+    oob.RunInventory("system");
+    EXPECT_TRUE(capture.Has(2, "[repo] Cannot find group name in category file to run inventory: system"));
+}
+
+TEST(RRepositoryTest, ModuleFormRunsEveryModuleAndReportsProgress)
+{
+    FixtureHost host("ID=sles\n");
+    RRepository repo(ConnectLocal);
+    static std::vector<std::string> seen;
+    seen.clear();
+    repo.RunInventory([](const std::string& name, const std::string& display) { seen.push_back(name + "/" + display); });
+    EXPECT_EQ(std::vector<std::string>(1, "DataSource/Data Source"), seen);
+    EXPECT_TRUE(repo.GetCollectedInstanceTypes().empty());
+}
+
+TEST(RRepositoryTest, XmlRoundTripKeepsRecordsOrderAndEncodedValues)
+{
+    TempDir dir;
+    XModule::ConnectionInfo bmc;
+    RRepository written(bmc, CaseCfcOob);
+    Record("Processor", "cpu0", 0).AddToRepository(written);
+    RInstance odd("Memory", "DIMM \xe9", 4);
+    odd.AddProperty("Serial", "Serial", std::string("caf\xe9\x01"), false);
+    odd.AddProperty("Sizes", "Sizes", std::vector<int>{1, 2});
+    odd.AddReference("Processor", 0);
+    odd.AddToRepository(written);
+    Record("Processor", "cpu1", 1).AddToRepository(written);
+    ASSERT_TRUE(written.WriteXML("inventory", dir.Path()));
+    EXPECT_EQ((std::vector<std::string>{"Memory", "Processor"}), written.GetCollectedInstanceTypes());
+
+    RRepository read(ConnectNone);
+    LogCapture capture;
+    ASSERT_TRUE(read.ReadXML(dir.Path() + "/inventory", ""));
+    EXPECT_TRUE(capture.Has(3, "[repo] kestro is the first node. "));
+    ASSERT_TRUE(read.WriteXML("again.xml", dir.Path()));
+    EXPECT_EQ(dir.Read("inventory"), dir.Read("again.xml"));
+
+    std::vector<RInstance*> memory = read.GetInstances("Memory");
+    ASSERT_EQ(1u, memory.size());
+    std::string serial;
+    memory[0]->GetPropertyValue("Serial", serial);
+    EXPECT_EQ("base64encode Y2Fm6QE=", serial);
+    EXPECT_EQ("1,2", memory[0]->GetNormalizedValue("Sizes", ","));
+    EXPECT_TRUE(memory[0]->HasReference("Processor", 0));
+    EXPECT_EQ(4, memory[0]->GetID());
+    read.FreeInstances(memory);
+
+    read.InitDepModules();
+    EXPECT_TRUE(capture.Has(3, "[repo] Set inventory case to  cfc_oob"));
+    EXPECT_EQ(0, capture.Count("repository_vxmodule"));
+}
+
+TEST(RRepositoryTest, OlderRootAndForeignRootsRead)
+{
+    TempDir dir;
+    LogCapture capture;
+    RRepository older(ConnectNone);
+    ASSERT_TRUE(older.ReadXML(dir.Write("old.xml",
+                                        "<repository>\n  <mode>rhel</mode>\n  <Disk>\n    <display>D</display>\n"
+                                        "  </Disk>\n</repository>\n"),
+                              ""));
+    EXPECT_TRUE(capture.Has(3, "[repo] repository is the first node. "));
+    EXPECT_EQ(std::vector<std::string>(1, "Disk"), older.GetCollectedInstanceTypes());
+    std::vector<RInstance*> disks = older.GetInstances("Disk");
+    ASSERT_EQ(1u, disks.size());
+    EXPECT_EQ("D", disks[0]->GetDisplay());
+    older.FreeInstances(disks);
+
+    RRepository foreign(ConnectNone);
+    ASSERT_TRUE(foreign.ReadXML(dir.Write("foreign.xml", "<Inventory><x>1</x></Inventory>"), ""));
+    EXPECT_EQ(std::vector<std::string>(1, "Inventory"), foreign.GetCollectedInstanceTypes());
+    foreign.InitDepModules();
+    EXPECT_TRUE(capture.Has(1, "[repo] There is NO matching case for mode: "));
+}
+
+TEST(RRepositoryTest, BadFilesAndFoldersLoseNothing)
+{
+    TempDir dir;
+    RRepository repo(ConnectNone);
+    Record("Processor", "cpu0", 0).AddToRepository(repo);
+    LogCapture capture;
+    const char* const broken[] = {"<kestro><repository><Processor>", "", "not xml at all", "<a></b>"};
+    for (const char* text : broken) {
+        EXPECT_FALSE(repo.ReadXML(dir.Write("broken.xml", text), ""));
+        EXPECT_EQ(std::vector<std::string>(1, "Processor"), repo.GetCollectedInstanceTypes()) << text;
+    }
+    EXPECT_FALSE(repo.ReadXML(dir.Path() + "/absent.xml", ""));
+    EXPECT_EQ(5, capture.Count("[repo] Failed to read repository XML: ")) << capture.Dump();
+
+    const std::string file = dir.Write("plain-file", "x");
+    EXPECT_FALSE(repo.WriteXML("out.xml", file));
+    EXPECT_TRUE(capture.Has(1, "[repo] Directory not exist: " + file));
+    EXPECT_FALSE(repo.WriteXML("out.xml", dir.Path() + "/missing"));
+    EXPECT_FALSE(repo.WriteXML("full", "/dev"));
+    EXPECT_FALSE(repo.WriteXML("no/such/sub.xml", dir.Path()));
+    EXPECT_TRUE(capture.Has(1, "[repo] Failed to write XML: " + dir.Path() + "/no/such/sub.xml: cannot open file"))
+        << capture.Dump();
+    EXPECT_EQ(std::vector<std::string>(1, "Processor"), repo.GetCollectedInstanceTypes());
+    ASSERT_TRUE(repo.WriteXML("ok.xml", dir.Path()));
+    EXPECT_NE(std::string::npos, dir.Read("ok.xml").find("<Processor>"));
+}
+
+TEST(RRepositoryTest, CombineAddsEveryEntryOfTheOther)
+{
+    XModule::ConnectionInfo bmc;
+    RRepository target(bmc, CaseCfcOob);
+    RRepository source(bmc, CaseCfcOob);
+    Record("Processor", "cpu0", 0).AddToRepository(source);
+    Record("Memory", "dimm", 1).AddToRepository(source);
+    target.Combine(source);
+    target.Combine(source);
+    EXPECT_EQ((std::vector<std::string>{"Memory", "Processor"}), target.GetCollectedInstanceTypes());
+    std::vector<RInstance*> processors = target.GetInstances("Processor");
+    EXPECT_EQ(2u, processors.size());
+    target.FreeInstances(processors);
+    LogCapture capture;
+    target.Combine(target);
+    EXPECT_TRUE(capture.Has(2, "[repo] Cannot combine a repository with itself"));
+}

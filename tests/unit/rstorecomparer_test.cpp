@@ -1,0 +1,104 @@
+#include "kestro/repository/rinstance.h"
+#include "kestro/repository/rrepository.h"
+#include "support/logcapture.h"
+#include "support/tempdir.h"
+
+#include <gtest/gtest.h>
+
+using namespace kestro::repository;
+
+namespace {
+
+std::string Property(const std::string& key, const std::string& value)
+{
+    return "<" + key + "><display>" + key + "</display><value>" + value + "</value></" + key + ">";
+}
+
+std::string File(const std::string& mode, const std::string& records)
+{
+    return "<kestro><repository><mode>" + mode + "</mode><buildversion>b</buildversion>" + records +
+           "</repository><SCAN/></kestro>";
+}
+
+std::string Record(const std::string& type, const std::string& name, const std::string& speed,
+                   const std::string& reference = "")
+{
+    return "<" + type + "><display>" + type + "</display>" +
+           (reference.empty() ? "" : "<reference>" + reference + "</reference>") + Property("Name", name) +
+           Property("Speed", speed) + "</" + type + ">";
+}
+
+std::vector<std::string> Values(RRepository& repo, const std::string& type, const std::string& key)
+{
+    std::vector<std::string> values;
+    std::vector<RInstance*> records = repo.GetInstances(type);
+    for (RInstance* record : records) {
+        std::string value;
+        record->GetPropertyValue(key, value);
+        values.push_back(value);
+    }
+    repo.FreeInstances(records);
+    return values;
+}
+
+typedef std::vector<std::string> Texts;
+
+}  // namespace
+
+TEST(RStoreComparerTest, ComparedValuesShowOldAndNew)
+{
+    TempDir dir;
+    const std::string older = dir.Write(
+        "old.xml", File("rhel", Record("Processor", "cpu0", "2000") + Record("Processor", "cpu1", "2000") +
+                                    Record("Processor", "cpu2", "2100") + Record("Fan", "fan0", "900")));
+    const std::string newer = dir.Write(
+        "new.xml", File("rhel", Record("Processor", "cpu0", "2000") + Record("Processor", "cpu1", "2400") +
+                                    Record("Disk", "sda", "0")));
+    RRepository repo(ConnectNone);
+    ASSERT_TRUE(repo.ReadXML(older, newer));
+    EXPECT_EQ((Texts{"cpu0", "cpu1", "cpu2|||"}), Values(repo, "Processor", "Name"));
+    EXPECT_EQ((Texts{"2000", "2000|||2400", "2100|||"}), Values(repo, "Processor", "Speed"));
+    EXPECT_EQ((Texts{"fan0|||"}), Values(repo, "Fan", "Name"));
+    EXPECT_EQ((Texts{"|||sda"}), Values(repo, "Disk", "Name"));
+    EXPECT_EQ((Texts{"|||0"}), Values(repo, "Disk", "Speed"));
+
+    std::vector<RInstance*> fans = repo.GetInstances("Fan");
+    ASSERT_EQ(1u, fans.size());
+    EXPECT_EQ("Fan", fans[0]->GetDisplay());
+    repo.FreeInstances(fans);
+}
+
+TEST(RStoreComparerTest, IdenticalFilesStayPlainAndReferencedRecordsAreNotMerged)
+{
+    TempDir dir;
+    const std::string records = Record("Processor", "cpu0", "2000") + Record("PCIPort", "p0", "10", "PCIAdapter=1");
+    const std::string same = dir.Write("same.xml", File("rhel", records));
+    RRepository repo(ConnectNone);
+    ASSERT_TRUE(repo.ReadXML(same, same));
+    EXPECT_EQ((Texts{"2000"}), Values(repo, "Processor", "Speed"));
+    EXPECT_EQ((Texts{"p0"}), Values(repo, "PCIPort", "Name"));
+
+    const std::string older = dir.Write("old.xml", File("rhel", Record("PCIPort", "p0", "10", "PCIAdapter=1") +
+                                                                    Record("PCIPort", "p9", "10", "PCIAdapter=1")));
+    const std::string newer = dir.Write("new.xml", File("rhel", Record("PCIPort", "p1", "25", "PCIAdapter=1")));
+    RRepository referenced(ConnectNone);
+    ASSERT_TRUE(referenced.ReadXML(older, newer));
+    EXPECT_EQ((Texts{"p1"}), Values(referenced, "PCIPort", "Name"));
+}
+
+TEST(RStoreComparerTest, FailuresKeepTheFirstFile)
+{
+    TempDir dir;
+    const std::string rhel = dir.Write("rhel.xml", File("rhel", Record("Processor", "cpu0", "1")));
+    const std::string sles = dir.Write("sles.xml", File("sles", Record("Processor", "cpu0", "2")));
+    RRepository repo(ConnectNone);
+    LogCapture capture;
+    EXPECT_FALSE(repo.ReadXML(rhel, sles));
+    EXPECT_TRUE(capture.Has(1, "[repo] Cannot compare two file from different OS: rhel & sles")) << capture.Dump();
+    EXPECT_EQ((Texts{"1"}), Values(repo, "Processor", "Speed"));
+
+    RRepository second(ConnectNone);
+    EXPECT_FALSE(second.ReadXML(rhel, dir.Write("bad.xml", "<kestro>")));
+    EXPECT_EQ((Texts{"1"}), Values(second, "Processor", "Speed"));
+    EXPECT_EQ(1, capture.Count("[repo] Failed to read repository XML: "));
+}
