@@ -16,6 +16,7 @@
 #include <boost/thread/locks.hpp>
 
 #include <algorithm>
+#include <fstream>
 
 namespace kestro {
 namespace repository {
@@ -82,6 +83,16 @@ RInventoryCase LocalCase(const std::string& prefix)
     if (FindCase(prefix + family, chosen)) return chosen;
     FindCase(family, chosen);
     return chosen;
+}
+
+// Written through our own stream so that a failure at the final flush (a full disk) is seen too.
+void WriteFile(const std::string& target, const pt::ptree& file)
+{
+    std::ofstream out(target.c_str(), std::ios::out | std::ios::trunc);
+    if (!out) throw pt::xml_parser_error("cannot open file", target, 0);
+    pt::write_xml(out, file, pt::xml_writer_make_settings<std::string>(' ', 2, "utf-8"));
+    out.close();
+    if (out.fail()) throw pt::xml_parser_error("write error", target, 0);
 }
 
 void ClearMixedContent(pt::ptree& node)
@@ -327,8 +338,8 @@ void RRepositoryPrivate::ReadDeviceInfo()
     if (!result.IsSuccess()) RLOG(1) << result;
     service::SerializeScanReport::AddToPtree(report, scanTree);
     // A report without SCAN raises "No such node" to the caller, as a broken scan should.
-    pt::ptree scan = scanTree.get_child("SCAN");
-    scanTree.swap(scan);
+    pt::ptree scanned = scanTree.get_child("SCAN");
+    scanTree.swap(scanned);
 }
 
 void RRepositoryPrivate::SetDataSource(const std::string& name, const std::string& build, const std::string& version)
@@ -355,7 +366,7 @@ bool RRepositoryPrivate::WriteXML(const std::string& fileName, const std::string
     repository.swap(store);
     scan.swap(scanTree);
     try {
-        pt::write_xml(target, file, std::locale(), pt::xml_writer_make_settings<std::string>(' ', 2, "utf-8"));
+        WriteFile(target, file);
     } catch (const std::exception& e) {
         repository.swap(store);
         scan.swap(scanTree);
@@ -372,6 +383,8 @@ bool RRepositoryPrivate::ReadRepositoryFile(const std::string& path, pt::ptree& 
     try {
         pt::ptree file;
         pt::read_xml(path, file);
+        // An empty or text-only file parses, but holds no inventory: it must not replace one.
+        if (file.empty()) throw pt::xml_parser_error("no element in file", path, 0);
         ClearMixedContent(file);
         std::string root;
         const std::string first = file.empty() ? std::string() : file.begin()->first;

@@ -62,9 +62,10 @@ TEST(RReportCategoryTest, GroupsTypesHiddenAndLegacy)
     EXPECT_TRUE(category.GetTypes("nothing").empty());
 
     const std::vector<std::pair<std::string, std::string> > groups = category.GetGroups();
-    ASSERT_EQ(5u, groups.size());
+    ASSERT_EQ(4u, groups.size());
     EXPECT_EQ("hidden", groups[1].first);
-    EXPECT_EQ("both", groups[2].first);
+    EXPECT_EQ("capital", groups[2].first);
+    EXPECT_EQ("system", groups[3].first);
     EXPECT_TRUE(capture.Has(4, "[repo] The group oldis legacy.")) << capture.Dump();
 
     capture.Clear();

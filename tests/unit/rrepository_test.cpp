@@ -1,6 +1,6 @@
 #include "kestro/repository/rinstance.h"
 #include "kestro/repository/rrepository.h"
-#include "kestro/xmodule/rootprefix.h"
+#include "support/fixturehost.h"
 #include "support/logcapture.h"
 #include "support/tempdir.h"
 
@@ -11,22 +11,6 @@
 using namespace kestro::repository;
 
 namespace {
-
-// A host whose os-release says `release`, with the program's home in the same folder.
-class FixtureHost {
-public:
-    explicit FixtureHost(const std::string& release) : home("KESTRO_HOME", dir.Path())
-    {
-        if (!release.empty()) dir.Write("etc/os-release", release);
-        XModule::SetRootPrefix(dir.Path());
-    }
-    ~FixtureHost() { XModule::SetRootPrefix("/"); }
-    const TempDir& Dir() const { return dir; }
-
-private:
-    TempDir dir;
-    ScopedEnv home;
-};
 
 std::string Mode(RRepository& repo, const std::string& directory)
 {
@@ -227,7 +211,7 @@ TEST(RRepositoryTest, CategoriesComeFromTheCaseOrTheStoredMode)
     XModule::ConnectionInfo bmc;
     RRepository oob(bmc, CaseCfcOob);
     EXPECT_FALSE(oob.LoadCategories());
-    EXPECT_EQ(1, capture.Count("data/reportcategory_cfc_oob.xml")) << capture.Dump();
+    EXPECT_TRUE(capture.Has(3, "[repo] Loading category file: " + host.Dir().Path() + "/data/reportcategory_cfc_oob.xml"));
     oob.RunInventory("system");
     EXPECT_TRUE(capture.Has(2, "[repo] Cannot find group name in category file to run inventory: system"));
 }
@@ -309,7 +293,7 @@ TEST(RRepositoryTest, BadFilesAndFoldersLoseNothing)
     RRepository repo(ConnectNone);
     Record("Processor", "cpu0", 0).AddToRepository(repo);
     LogCapture capture;
-    const char* const broken[] = {"<kestro><repository><Processor>", "", "not xml at all", "<a></b>"};
+    const char* const broken[] = {"<kestro><repository><Processor>", "", "not xml at all", "<kestro attr=></kestro>"};
     for (const char* text : broken) {
         EXPECT_FALSE(repo.ReadXML(dir.Write("broken.xml", text), ""));
         EXPECT_EQ(std::vector<std::string>(1, "Processor"), repo.GetCollectedInstanceTypes()) << text;
@@ -322,12 +306,33 @@ TEST(RRepositoryTest, BadFilesAndFoldersLoseNothing)
     EXPECT_TRUE(capture.Has(1, "[repo] Directory not exist: " + file));
     EXPECT_FALSE(repo.WriteXML("out.xml", dir.Path() + "/missing"));
     EXPECT_FALSE(repo.WriteXML("full", "/dev"));
+    EXPECT_TRUE(capture.Has(1, "[repo] Failed to write XML: /dev/full: write error")) << capture.Dump();
     EXPECT_FALSE(repo.WriteXML("no/such/sub.xml", dir.Path()));
     EXPECT_TRUE(capture.Has(1, "[repo] Failed to write XML: " + dir.Path() + "/no/such/sub.xml: cannot open file"))
         << capture.Dump();
     EXPECT_EQ(std::vector<std::string>(1, "Processor"), repo.GetCollectedInstanceTypes());
     ASSERT_TRUE(repo.WriteXML("ok.xml", dir.Path()));
     EXPECT_NE(std::string::npos, dir.Read("ok.xml").find("<Processor>"));
+}
+
+TEST(RRepositoryTest, WideReadOfBytesThatAreNotUtf8RaisesBadConversion)
+{
+    TempDir dir;
+    RRepository repo(ConnectNone);
+    ASSERT_TRUE(repo.ReadXML(dir.Write("raw.xml", "<kestro><repository><Disk><display>D</display>"
+                                                  "<Model><display>M</display><value>\xff\xfe</value></Model>"
+                                                  "</Disk></repository></kestro>"),
+                             ""));
+    std::vector<RInstance*> disks = repo.GetInstances("Disk");
+    ASSERT_EQ(1u, disks.size());
+    std::wstring wide;
+    try {
+        disks[0]->GetPropertyValue("Model", wide);
+        ADD_FAILURE() << "no exception";
+    } catch (const std::range_error& e) {
+        EXPECT_STREQ("bad conversion", e.what());
+    }
+    repo.FreeInstances(disks);
 }
 
 TEST(RRepositoryTest, CombineAddsEveryEntryOfTheOther)
