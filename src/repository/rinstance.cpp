@@ -123,18 +123,21 @@ bool StartsWithXmlAnyCase(const std::string& key)
     return true;
 }
 
-// An empty key is not a path the tree can walk, so it is kept as a plain child of that key.
-void PutChild(pt::ptree& tree, const std::string& key, const pt::ptree& node)
+// Stores `node` under `key`, replacing a node of that key in its place. A plain key is moved in
+// without a copy; a dotted key is a path and makes nested nodes, as the tree does; an empty key
+// is no path at all and stays a plain child.
+void PutChild(pt::ptree& tree, const std::string& key, pt::ptree& node)
 {
-    if (!key.empty()) {
+    if (key.find('.') != std::string::npos) {
         tree.put_child(key, node);
         return;
     }
     pt::ptree::assoc_iterator existing = tree.find(key);
-    if (existing != tree.not_found())
-        existing->second = node;
-    else
-        tree.push_back(std::make_pair(key, node));
+    if (existing != tree.not_found()) {
+        existing->second.swap(node);
+        return;
+    }
+    tree.push_back(std::make_pair(key, pt::ptree()))->second.swap(node);
 }
 
 void AddScalar(pt::ptree& tree, const std::string& key, const std::string& display, const std::string& text,
