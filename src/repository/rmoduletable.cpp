@@ -1,6 +1,9 @@
 #include "rmoduletable.h"
 
 #include "repository/modules/rdatasourcemodule.h"
+#include "repository/modules/rexecutionlogmodule.h"
+#include "repository/modules/rlegacymodule.h"
+#include "repository/modules/rreporthighlightsmodule.h"
 
 #include <boost/make_shared.hpp>
 
@@ -22,14 +25,16 @@ struct RowModules {
     std::vector<ModuleMaker> makers;
 };
 
-const std::vector<ModuleMaker> kLeading = {};
+const std::vector<ModuleMaker> kLeading = {Make<RLegacyModule>};
 
 const RowModules kRows[] = {
     {RModuleTable::RowSmm, {Make<RDataSourceModule>}},
     {RModuleTable::RowCmm, {Make<RDataSourceModule>}},
-    {RModuleTable::RowCfcInBand, {Make<RDataSourceModule>}},
-    {RModuleTable::RowCfcOob, {Make<RDataSourceModule>}},
-    {RModuleTable::RowOrdinary, {Make<RDataSourceModule>}},
+    {RModuleTable::RowCfcInBand,
+     {Make<RDataSourceModule>, Make<RReportHighlightsModule>, Make<RExecutionLogModule>, Make<RLegacyModule>}},
+    {RModuleTable::RowCfcOob,
+     {Make<RDataSourceModule>, Make<RReportHighlightsModule>, Make<RExecutionLogModule>, Make<RLegacyModule>}},
+    {RModuleTable::RowOrdinary, {Make<RDataSourceModule>, Make<RReportHighlightsModule>, Make<RExecutionLogModule>}},
 };
 
 void AppendAll(const std::vector<ModuleMaker>& makers, RModuleList& modules)

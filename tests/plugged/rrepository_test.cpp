@@ -8,6 +8,7 @@
 
 #include <dlfcn.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <iostream>
 
@@ -49,15 +50,23 @@ TEST(RRepositoryPluggedTest, PluginModulesJoinOrdinaryCasesAfterTheTable)
     RRepository repo(ConnectLocal);
     EXPECT_TRUE(capture.Has(3, "[repo] Start to Load Vexa Server modules!")) << capture.Dump();
     EXPECT_EQ(0, capture.Count("Unable to load shared library repository_vxmodule.so"));
-    EXPECT_EQ((std::vector<std::string>{"DataSource", "DataSource", "PluginThing", "Zulu"}),
-              repo.GetAvailableInstanceTypes());
+    const std::vector<std::string> available = repo.GetAvailableInstanceTypes();
+    EXPECT_EQ(2, std::count(available.begin(), available.end(), "DataSource"));
+    EXPECT_EQ(1, std::count(available.begin(), available.end(), "Zulu"));
+    EXPECT_EQ(10u, available.size());
 
+    for (const char* type : {"ApplicationEvent", "QMMMessageLogData", "SecurityEvent", "SystemEvent"})
+        RInstance(type, type, -1).AddToRepository(repo);
     progressSeen.clear();
     repo.RunInventory(RecordProgress);
-    EXPECT_EQ((std::vector<std::string>{"Data Source", "Plug-in Module"}), progressSeen);
+    EXPECT_EQ((std::vector<std::string>{"Legacy Module", "Data Source", "Report Highlights Module",
+                                        "Execution Log Module", "Plug-in Module"}),
+              progressSeen);
     EXPECT_TRUE(capture.Has(2, "[repo] Type already finished running inventory and will be skipped: DataSource"));
     EXPECT_TRUE(repo.GetInstances("DataSource").empty());
-    EXPECT_EQ((std::vector<std::string>{"PluginThing", "Zulu"}), repo.GetCollectedInstanceTypes());
+    const std::vector<std::string> collected = repo.GetCollectedInstanceTypes();
+    EXPECT_EQ(1, std::count(collected.begin(), collected.end(), "PluginThing"));
+    EXPECT_EQ(1, std::count(collected.begin(), collected.end(), "Zulu"));
     EXPECT_EQ(CaseRhel, CaseSeenBy(repo, "Zulu"));
     EXPECT_EQ(0, PluginReleases());
 
@@ -95,7 +104,9 @@ TEST(RRepositoryPluggedTest, RedfishAndChassisCasesLoadNoPlugin)
     RRepository oob(bmc, CaseCfcOob);
     RRepository smm(ConnectSmm);
     EXPECT_EQ(0, capture.Count("Start to Load Vexa Server modules!"));
-    EXPECT_EQ(std::vector<std::string>(1, "DataSource"), smm.GetAvailableInstanceTypes());
+    EXPECT_EQ((std::vector<std::string>{"ApplicationEvent", "DataSource", "QMMMessageLogData", "SecurityEvent",
+                                        "SystemEvent"}),
+              smm.GetAvailableInstanceTypes());
     EXPECT_TRUE(capture.Has(4, "[repo] InitInventoryModules for SMM Inventory  "));
     RRepository cmm(ConnectCmm);
     EXPECT_TRUE(capture.Has(4, "[repo] InitInventoryModules for CMM Inventory  "));
@@ -104,7 +115,7 @@ TEST(RRepositoryPluggedTest, RedfishAndChassisCasesLoadNoPlugin)
     fromFile.InitDepModules();
     fromFile.InitDepModules();
     EXPECT_EQ(2, capture.Count("Start to Load Vexa Server modules!"));
-    EXPECT_EQ(4u, fromFile.GetAvailableInstanceTypes().size());
+    EXPECT_EQ(10u, fromFile.GetAvailableInstanceTypes().size());
 }
 
 TEST(RRepositoryPluggedTest, ServerFamilyPrefixesTheCaseWhereTheTableHasOne)

@@ -6,6 +6,8 @@
 
 #include <gtest/gtest.h>
 
+#include <boost/function.hpp>
+
 #include <fstream>
 
 using namespace kestro::repository;
@@ -126,7 +128,9 @@ TEST(RRepositoryTest, ModeNoneHasNothingUntilAFileIsRead)
     repo.InitDepModules();
     EXPECT_TRUE(capture.Has(1, "[repo] There is NO matching case for mode: ")) << capture.Dump();
     EXPECT_TRUE(capture.Has(3, "[repo] Set inventory case to  windows"));
-    EXPECT_EQ(std::vector<std::string>(1, "DataSource"), repo.GetAvailableInstanceTypes());
+    EXPECT_EQ((std::vector<std::string>{"ApplicationEvent", "DataSource", "ExecutionErrorLog", "QMMMessageLogData",
+                                        "ReportHighlights", "SecurityEvent", "SystemEvent"}),
+              repo.GetAvailableInstanceTypes());
 }
 
 TEST(RRepositoryTest, StoreHandsOutCopiesAndListsEachTypeOnce)
@@ -219,12 +223,26 @@ TEST(RRepositoryTest, CategoriesComeFromTheCaseOrTheStoredMode)
 TEST(RRepositoryTest, ModuleFormRunsEveryModuleAndReportsProgress)
 {
     FixtureHost host("ID=sles\n");
-    RRepository repo(ConnectLocal);
     static std::vector<std::string> seen;
     seen.clear();
+    RRepository fresh(ConnectLocal);
+    // The legacy module comes first and collects nothing: its types raise unless already held.
+    void (*record)(const std::string&, const std::string&) = [](const std::string&, const std::string& display) {
+        seen.push_back(display);
+    };
+    EXPECT_THROW(fresh.RunInventory(record), boost::bad_function_call);
+    EXPECT_EQ(std::vector<std::string>(1, "Legacy Module"), seen);
+
+    RRepository repo(ConnectLocal);
+    for (const char* type : {"ApplicationEvent", "QMMMessageLogData", "SecurityEvent", "SystemEvent"})
+        RInstance(type, type, -1).AddToRepository(repo);
+    seen.clear();
     repo.RunInventory([](const std::string& name, const std::string& display) { seen.push_back(name + "/" + display); });
-    EXPECT_EQ(std::vector<std::string>(1, "DataSource/Data Source"), seen);
-    EXPECT_TRUE(repo.GetCollectedInstanceTypes().empty());
+    EXPECT_EQ((std::vector<std::string>{"LegacyModule/Legacy Module", "DataSource/Data Source",
+                                        "ReportHighlights Module/Report Highlights Module",
+                                        "RExecutionLog Module/Execution Log Module"}),
+              seen);
+    EXPECT_EQ(4u, repo.GetCollectedInstanceTypes().size());
 }
 
 TEST(RRepositoryTest, XmlRoundTripKeepsRecordsOrderAndEncodedValues)

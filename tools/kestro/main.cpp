@@ -75,11 +75,6 @@ bool ParseArguments(int argc, char** argv, Options& options, std::string& proble
 
 bool IsTerminal() { return isatty(STDERR_FILENO) == 1; }
 
-void ShowProgress(const std::string& name, const std::string& display)
-{
-    if (IsTerminal()) std::cerr << "\r\033[K  collecting " << display << std::flush;
-}
-
 void PrintSummary(RRepository& repo, const std::string& file)
 {
     if (IsTerminal()) std::cerr << "\r\033[K";
@@ -117,10 +112,9 @@ int RunInventory(const Options& options)
 
     RRepository repo(kestro::repository::ConnectLocal);
     repo.SetDataSource(kToolName, KESTRO_BUILD_TEXT, KESTRO_VERSION_TEXT);
-    if (repo.LoadCategories())
-        RunByGroups(repo);
-    else
-        repo.RunInventory(ShowProgress);
+    // The groups of the case's category file say what to collect, and in which order.
+    if (!repo.LoadCategories()) return Fail(results::RESULT_INVALID_FILE, "no readable report category file, see " + logPath);
+    RunByGroups(repo);
     if (!repo.WriteXML(kInventoryFile, options.output))
         return Fail(results::RESULT_WRITE_FILE_FAILED, (boost::filesystem::path(options.output) / kInventoryFile).string());
     PrintSummary(repo, (boost::filesystem::path(options.output) / kInventoryFile).string());

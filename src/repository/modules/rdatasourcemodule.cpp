@@ -1,6 +1,7 @@
 #include "repository/modules/rdatasourcemodule.h"
 
 #include "kestro/repository/rinstance.h"
+#include "kestro/repository/rinstanceswrapper.h"
 
 #include <boost/bind/bind.hpp>
 
@@ -21,7 +22,9 @@ std::string RDataSourceModule::GetDisplay() { return "Data Source"; }
 void RDataSourceModule::InitCallbacks()
 {
     using boost::placeholders::_1;
-    typeCallbacks["DataSource"].enumCallback = boost::bind(&RDataSourceModule::EnumDataSource, this, _1);
+    TypeCallbacks& dataSource = typeCallbacks["DataSource"];
+    dataSource.enumCallback = boost::bind(&RDataSourceModule::EnumDataSource, this, _1);
+    dataSource.wrapCallback = boost::bind(&RDataSourceModule::WrapDataSource, this, _1);
 }
 
 void RDataSourceModule::EnumDataSource(RRepository& repo)
@@ -32,6 +35,11 @@ void RDataSourceModule::EnumDataSource(RRepository& repo)
     instance.AddProperty("Build", "Build", build, false);
     instance.AddProperty("Version", "Version", version, false);
     instance.AddToRepository(repo);
+}
+
+void RDataSourceModule::WrapDataSource(RInstancesWrapper& wrapper)
+{
+    wrapper.SetColumnHeaders(std::vector<std::string>(), 30, 1);
 }
 
 }  // namespace repository

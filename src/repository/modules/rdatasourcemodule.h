@@ -20,6 +20,7 @@ protected:
 
 private:
     void EnumDataSource(RRepository& repo);
+    void WrapDataSource(RInstancesWrapper& wrapper);
 
     std::string name;
     std::string build;
