@@ -69,6 +69,8 @@ bool RRepository::WriteXML(const std::string& fileName, const std::string& direc
     return d->WriteXML(fileName, directory);
 }
 
+bool RRepository::WriteHTML(const std::string& directory) { return d->WriteHTML(directory); }
+
 bool RRepository::ReadXML(const std::string& path, const std::string& comparePath)
 {
     return d->ReadXML(path, comparePath);

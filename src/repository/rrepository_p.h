@@ -45,6 +45,7 @@ public:
     // Reads a repository file into `target`, which keeps its contents when the read fails.
     static bool ReadRepositoryFile(const std::string& path, boost::property_tree::ptree& target);
     void Combine(const RRepositoryPrivate& other);
+    bool WriteHTML(const std::string& directory);
 
     RRepository* owner;
     std::vector<XModule::ConnectionInfo> cimConnections;

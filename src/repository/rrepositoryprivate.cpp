@@ -6,6 +6,7 @@
 #include "repository/modules/rdatasourcemodule.h"
 #include "rinstance_p.h"
 #include "rlog.h"
+#include "rreportsite.h"
 #include "rstorecomparer.h"
 #include "updatescanadapter.h"
 #include "xmodule/linux/osrelease.h"
@@ -419,6 +420,18 @@ bool RRepositoryPrivate::ReadXML(const std::string& path, const std::string& com
     RStoreComparer::MergeInto(store, newer);
     store.swap(newer);
     return true;
+}
+
+bool RRepositoryPrivate::WriteHTML(const std::string& directory)
+{
+    if (!category && !LoadCategories()) return false;
+    boost::shared_lock<boost::shared_mutex> lock(storeLock);
+    boost::system::error_code error;
+    if (!boost::filesystem::is_directory(directory, error)) {
+        RLOG(1) << "Directory not exist: " << directory;
+        return false;
+    }
+    return RReportSite(*this, directory).Write();
 }
 
 void RRepositoryPrivate::Combine(const RRepositoryPrivate& other)

@@ -7,10 +7,9 @@
 
 #include <unistd.h>
 
-#include <cstdio>
-#include <cstring>
+#include <cstdlib>
+#include <exception>
 #include <iostream>
-#include <map>
 #include <string>
 #include <vector>
 
@@ -18,26 +17,37 @@ namespace {
 
 using kestro::repository::RRepository;
 namespace results = kestro::results;
+namespace fs = boost::filesystem;
 
 const char kToolName[] = "kestro";
 const char kInventoryFile[] = "inventory.xml";
+const char kCompareFile[] = "compare.xml";
 const char kLogFile[] = "kestro.log";
 
 const char kUsage[] =
     "usage: kestro <command> [options]\n"
     "\n"
     "commands:\n"
-    "  inventory --output DIR   gather the local host's inventory and write it into DIR\n"
+    "  inventory --output DIR            gather this host's inventory: DIR/inventory.xml and the report site\n"
+    "  report FILE.xml --output DIR      write the report site of an inventory file\n"
+    "  compare OLD.xml NEW.xml --output DIR\n"
+    "                                    compare two inventory files of one machine: DIR/compare.xml and\n"
+    "                                    a site whose changed cells show the old and the new value\n"
     "\n"
     "options:\n"
-    "  --output DIR             folder for the inventory file and the log (created if missing)\n"
-    "  --log-level N            1 errors, 2 warnings, 3 progress (default), 4 tracing\n"
-    "  --help                   show this text\n"
-    "  --version                show the tool's version\n";
+    "  --output DIR      folder for the files, the site and kestro.log (created if missing)\n"
+    "  --group NAME      inventory: collect only this group of the report category\n"
+    "  --log-level N     1 errors, 2 warnings, 3 progress (default), 4 tracing\n"
+    "  --help            show this text\n"
+    "  --version         show the tool's version\n"
+    "\n"
+    "The exit status is 0 on success, else the number of the result code printed with the error.\n";
 
 struct Options {
     std::string command;
+    std::vector<std::string> files;
     std::string output;
+    std::string group;
     int logLevel = XModule::LOG_INFO;
 };
 
@@ -58,13 +68,18 @@ bool ParseArguments(int argc, char** argv, Options& options, std::string& proble
         const bool hasValue = i + 1 < argc;
         if (argument == "--output" && hasValue) {
             options.output = argv[++i];
+        } else if (argument == "--group" && hasValue) {
+            options.group = argv[++i];
         } else if (argument == "--log-level" && hasValue) {
             options.logLevel = std::atoi(argv[++i]);
         } else if (argument == "--help" || argument == "-h" || argument == "--version") {
             options.command = argument;
             return true;
-        } else if (argument[0] != '-' && options.command.empty()) {
-            options.command = argument;
+        } else if (argument.empty() || argument[0] != '-') {
+            if (options.command.empty())
+                options.command = argument;
+            else
+                options.files.push_back(argument);
         } else {
             problem = "unknown or incomplete argument '" + argument + "'";
             return false;
@@ -75,9 +90,28 @@ bool ParseArguments(int argc, char** argv, Options& options, std::string& proble
 
 bool IsTerminal() { return isatty(STDERR_FILENO) == 1; }
 
-void PrintSummary(RRepository& repo, const std::string& file)
+void ClearProgress()
 {
-    if (IsTerminal()) std::cerr << "\r\033[K";
+    if (IsTerminal()) std::cerr << "\r\033[K" << std::flush;
+}
+
+// Makes the output folder and starts the run's log in it; 0 or the failure's exit status.
+int PrepareOutput(const Options& options)
+{
+    if (options.output.empty()) return Fail(results::RESULT_INVALID_PARAMETER, options.command + " needs --output DIR");
+    boost::system::error_code error;
+    fs::create_directories(options.output, error);
+    if (!fs::is_directory(options.output, error)) return Fail(results::RESULT_CREATE_DIRECTORY_FAILED, options.output);
+    const std::string logPath = (fs::path(options.output) / kLogFile).string();
+    if (!XModule::SetLogFile(logPath)) return Fail(results::RESULT_WRITE_FILE_FAILED, logPath);
+    XModule::SetLogLevel(options.logLevel);
+    return 0;
+}
+
+std::string LogPath(const Options& options) { return (fs::path(options.output) / kLogFile).string(); }
+
+void PrintSummary(RRepository& repo, const std::string& written)
+{
     const std::vector<std::string> types = repo.GetCollectedInstanceTypes();
     std::size_t total = 0;
     for (const std::string& type : types) {
@@ -86,40 +120,104 @@ void PrintSummary(RRepository& repo, const std::string& file)
         total += records.size();
         repo.FreeInstances(records);
     }
-    std::cout << total << " records of " << types.size() << " types written to " << file << "\n";
+    std::cout << total << " records of " << types.size() << " types; " << written << "\n";
 }
 
-void RunByGroups(RRepository& repo)
+void RunByGroups(RRepository& repo, const std::string& onlyGroup)
 {
     const kestro::repository::RGroupList groups = repo.GetInventoryGroups();
     for (std::size_t i = 0; i < groups.size(); ++i) {
+        if (!onlyGroup.empty() && groups[i].first != onlyGroup) continue;
         if (IsTerminal())
             std::cerr << "\r\033[K  [" << i + 1 << "/" << groups.size() << "] " << groups[i].second << std::flush;
         repo.RunInventory(groups[i].first);
     }
+    ClearProgress();
+}
+
+// Writes the site; 0 or the failure's exit status.
+int WriteSite(RRepository& repo, const Options& options)
+{
+    if (!repo.WriteHTML(options.output))
+        return Fail(results::RESULT_WRITE_FILE_FAILED, "report site in " + options.output + ", see " + LogPath(options));
+    return 0;
 }
 
 int RunInventory(const Options& options)
 {
-    if (options.output.empty()) return Fail(results::RESULT_INVALID_PARAMETER, "inventory needs --output DIR");
-    boost::system::error_code error;
-    boost::filesystem::create_directories(options.output, error);
-    if (error || !boost::filesystem::is_directory(options.output, error))
-        return Fail(results::RESULT_CREATE_DIRECTORY_FAILED, options.output);
-    const std::string logPath = (boost::filesystem::path(options.output) / kLogFile).string();
-    if (!XModule::SetLogFile(logPath)) return Fail(results::RESULT_WRITE_FILE_FAILED, logPath);
-    XModule::SetLogLevel(options.logLevel);
-
+    if (!options.files.empty()) return Fail(results::RESULT_INVALID_PARAMETER, "inventory takes no file");
+    if (const int failed = PrepareOutput(options)) return failed;
     RRepository repo(kestro::repository::ConnectLocal);
     repo.SetDataSource(kToolName, KESTRO_BUILD_TEXT, KESTRO_VERSION_TEXT);
     // The groups of the case's category file say what to collect, and in which order.
-    if (!repo.LoadCategories()) return Fail(results::RESULT_INVALID_FILE, "no readable report category file, see " + logPath);
-    RunByGroups(repo);
+    if (!repo.LoadCategories())
+        return Fail(results::RESULT_INVALID_FILE, "no readable report category file, see " + LogPath(options));
+    RunByGroups(repo, options.group);
     if (!repo.WriteXML(kInventoryFile, options.output))
-        return Fail(results::RESULT_WRITE_FILE_FAILED, (boost::filesystem::path(options.output) / kInventoryFile).string());
-    PrintSummary(repo, (boost::filesystem::path(options.output) / kInventoryFile).string());
-    XModule::SetLogFile("");
+        return Fail(results::RESULT_WRITE_FILE_FAILED, (fs::path(options.output) / kInventoryFile).string());
+    if (const int failed = WriteSite(repo, options)) return failed;
+    PrintSummary(repo, "written to " + options.output);
     return 0;
+}
+
+// Reads an inventory file alone; 0 or the failure's exit status.
+int ReadInventoryFile(RRepository& repo, const std::string& file, const Options& options)
+{
+    boost::system::error_code error;
+    if (!fs::is_regular_file(file, error)) return Fail(results::RESULT_FILE_NOT_EXIST, file);
+    if (!repo.ReadXML(file, "")) return Fail(results::RESULT_INVALID_FILE, file + ", see " + LogPath(options));
+    return 0;
+}
+
+// Builds the modules and categories of the file's machine; 0 or the failure's exit status.
+int PrepareForReport(RRepository& repo, const Options& options)
+{
+    repo.InitDepModules();
+    if (!repo.LoadCategories())
+        return Fail(results::RESULT_INVALID_FILE, "no readable report category file, see " + LogPath(options));
+    return 0;
+}
+
+int RunReport(const Options& options)
+{
+    if (options.files.size() != 1) return Fail(results::RESULT_INVALID_PARAMETER, "report takes one FILE.xml");
+    if (const int failed = PrepareOutput(options)) return failed;
+    RRepository repo(kestro::repository::ConnectNone);
+    if (const int failed = ReadInventoryFile(repo, options.files[0], options)) return failed;
+    if (const int failed = PrepareForReport(repo, options)) return failed;
+    if (const int failed = WriteSite(repo, options)) return failed;
+    PrintSummary(repo, "report written to " + options.output);
+    return 0;
+}
+
+int RunCompare(const Options& options)
+{
+    if (options.files.size() != 2) return Fail(results::RESULT_INVALID_PARAMETER, "compare takes OLD.xml NEW.xml");
+    if (const int failed = PrepareOutput(options)) return failed;
+    // Each file alone first, so a missing or broken one is named before the comparison.
+    for (const std::string& file : options.files) {
+        RRepository probe(kestro::repository::ConnectNone);
+        if (const int failed = ReadInventoryFile(probe, file, options)) return failed;
+    }
+    RRepository repo(kestro::repository::ConnectNone);
+    if (!repo.ReadXML(options.files[0], options.files[1]))
+        return Fail(results::RESULT_UPDATE_INCOMPATIBLE_XML_RESULT,
+                    "the files come from different kinds of machine, see " + LogPath(options));
+    if (!repo.WriteXML(kCompareFile, options.output))
+        return Fail(results::RESULT_WRITE_FILE_FAILED, (fs::path(options.output) / kCompareFile).string());
+    if (const int failed = PrepareForReport(repo, options)) return failed;
+    if (const int failed = WriteSite(repo, options)) return failed;
+    PrintSummary(repo, "comparison written to " + options.output);
+    return 0;
+}
+
+int Dispatch(const Options& options)
+{
+    if (options.command == "inventory") return RunInventory(options);
+    if (options.command == "report") return RunReport(options);
+    if (options.command == "compare") return RunCompare(options);
+    std::cerr << kUsage;
+    return Fail(results::RESULT_INVALID_COMMAND, "'" + options.command + "'");
 }
 
 }  // namespace
@@ -140,7 +238,12 @@ int main(int argc, char** argv)
         std::cout << kToolName << " " << KESTRO_VERSION_TEXT << " (build " << KESTRO_BUILD_TEXT << ")\n";
         return 0;
     }
-    if (options.command == "inventory") return RunInventory(options);
-    std::cerr << kUsage;
-    return Fail(results::RESULT_INVALID_COMMAND, "'" + options.command + "'");
+    try {
+        const int status = Dispatch(options);
+        XModule::SetLogFile("");
+        return status;
+    } catch (const std::exception& e) {
+        ClearProgress();
+        return Fail(results::RESULT_INTERNAL_ERROR, e.what());
+    }
 }

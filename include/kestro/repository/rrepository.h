@@ -48,6 +48,8 @@ public:
     RGroupList GetUnHiddenInventoryGroups();
 
     bool WriteXML(const std::string& fileName, const std::string& directory);
+    // Writes the report site into an existing folder; loads the categories first if need be.
+    bool WriteHTML(const std::string& directory);
     // With a second path, the store becomes the comparison of the two files (older first).
     bool ReadXML(const std::string& path, const std::string& comparePath);
     // Adds copies of all of `other`'s entries; `other` must be another repository.

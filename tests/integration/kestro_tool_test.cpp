@@ -1,0 +1,101 @@
+#include "support/tempdir.h"
+
+#include <gtest/gtest.h>
+
+#include <sys/wait.h>
+
+#include <cstdio>
+#include <fstream>
+#include <string>
+
+// The built tool, run as a user runs it, on a fixture host root.
+
+namespace {
+
+struct Run {
+    int status;
+    std::string output;
+};
+
+Run RunTool(const std::string& arguments, const std::string& root)
+{
+    const std::string command = "KESTRO_ROOT='" + root + "' '" KESTRO_TOOL_PATH "' " + arguments + " 2>&1";
+    Run run{-1, std::string()};
+    FILE* pipe = popen(command.c_str(), "r");
+    if (!pipe) return run;
+    char buffer[4096];
+    size_t got;
+    while ((got = fread(buffer, 1, sizeof buffer, pipe)) > 0) run.output.append(buffer, got);
+    const int raw = pclose(pipe);
+    run.status = WIFEXITED(raw) ? WEXITSTATUS(raw) : -1;
+    return run;
+}
+
+bool Exists(const std::string& path) { return std::ifstream(path.c_str()).good(); }
+
+std::string Replace(std::string text, const std::string& from, const std::string& to)
+{
+    const std::string::size_type at = text.find(from);
+    if (at != std::string::npos) text.replace(at, from.size(), to);
+    return text;
+}
+
+}  // namespace
+
+TEST(KestroToolTest, InventoryReportAndCompareWorkTogether)
+{
+    TempDir dir;
+    dir.Write("root/etc/os-release", "ID=rhel\n");
+    const std::string root = dir.Path() + "/root";
+
+    const Run inventory = RunTool("inventory --output " + dir.Path() + "/first", root);
+    ASSERT_EQ(0, inventory.status) << inventory.output;
+    const std::string first = dir.Path() + "/first/inventory.xml";
+    for (const char* file : {"/first/inventory.xml", "/first/index.html", "/first/navigator.html",
+                             "/first/header.html", "/first/data/repository.css", "/first/kestro.log"})
+        EXPECT_TRUE(Exists(dir.Path() + file)) << file;
+    EXPECT_NE(std::string::npos, dir.Read("first/inventory.xml").find("<mode>rhel</mode>"));
+
+    const Run report = RunTool("report " + first + " --output " + dir.Path() + "/report", root);
+    ASSERT_EQ(0, report.status) << report.output;
+    EXPECT_EQ(dir.Read("first/navigator.html"), dir.Read("report/navigator.html"));
+
+    const std::string second =
+        dir.Write("second.xml", Replace(dir.Read("first/inventory.xml"), "<value>kestro</value>", "<value>other</value>"));
+    const Run compare = RunTool("compare " + first + " " + second + " --output " + dir.Path() + "/compare", root);
+    ASSERT_EQ(0, compare.status) << compare.output;
+    EXPECT_NE(std::string::npos, dir.Read("compare/compare.xml").find("<value>kestro|||other</value>"));
+}
+
+TEST(KestroToolTest, FailuresExitWithTheirResultCodes)
+{
+    TempDir dir;
+    const std::string root = dir.Path();
+    const std::string good = dir.Write("good.xml",
+                                       "<kestro><repository><mode>rhel</mode><buildversion>b</buildversion>"
+                                       "</repository><SCAN/></kestro>");
+    const std::string other = dir.Write("other.xml", Replace(dir.Read("good.xml"), "rhel", "sles"));
+    const std::string broken = dir.Write("broken.xml", "<kestro><repository>");
+    const std::string out = " --output " + dir.Path() + "/out";
+    const struct {
+        std::string arguments;
+        int status;
+        const char* words;
+    } cases[] = {
+        {"report " + dir.Path() + "/missing.xml" + out, 6, "File doesn't exist."},
+        {"report " + broken + out, 7, "Invalid file."},
+        {"compare " + good + " " + other + out, 88, "Incompatible compare/query/scan xml result."},
+        {"compare " + good + " " + broken + out, 7, "Invalid file."},
+        {"report " + good + " --output /dev/null/x", 8, "Failed to create directory."},
+        {"report " + good, 5, "Invalid parameter."},
+        {"frobnicate", 4, "Invalid command."},
+        {"inventory --bogus", 5, "Invalid parameter."},
+    };
+    for (const auto& c : cases) {
+        const Run run = RunTool(c.arguments, root);
+        EXPECT_EQ(c.status, run.status) << c.arguments << "\n" << run.output;
+        EXPECT_NE(std::string::npos, run.output.find(c.words)) << run.output;
+    }
+    EXPECT_EQ(0, RunTool("--version", root).status);
+    EXPECT_EQ(0, RunTool("--help", root).status);
+}

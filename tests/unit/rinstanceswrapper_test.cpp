@@ -1,0 +1,325 @@
+#include "kestro/repository/rinstance.h"
+#include "kestro/repository/rinstanceshtmlwriter.h"
+#include "kestro/repository/rinstanceswrapper.h"
+#include "support/logcapture.h"
+#include "support/tempdir.h"
+
+#include <gtest/gtest.h>
+
+#include <boost/bind/bind.hpp>
+#include <boost/lexical_cast.hpp>
+
+#include <memory>
+
+using namespace kestro::repository;
+
+namespace {
+
+// Records owned by the test, handed to wrappers as the report side does.
+class Records {
+public:
+    RInstance& Add(const std::string& type, const std::string& display, int id)
+    {
+        owned.emplace_back(new RInstance(type, display, id));
+        pointers.push_back(owned.back().get());
+        return *owned.back();
+    }
+    const std::vector<RInstance*>& All() const { return pointers; }
+
+private:
+    std::vector<std::unique_ptr<RInstance> > owned;
+    std::vector<RInstance*> pointers;
+};
+
+void Rows(RInstancesWrapper& wrapper, std::vector<unsigned> percents, bool sortable)
+{
+    wrapper.SetRowHeaders(std::vector<std::string>(), percents, sortable);
+}
+
+RInstancesWrapper::WrapCallback RowForm(std::vector<unsigned> percents, bool sortable)
+{
+    return boost::bind(&Rows, boost::placeholders::_1, percents, sortable);
+}
+
+void Columns(RInstancesWrapper& wrapper, unsigned percent, unsigned columns)
+{
+    wrapper.SetColumnHeaders(std::vector<std::string>(), percent, columns);
+}
+
+RInstancesWrapper::WrapCallback ColumnForm(unsigned percent, unsigned columns)
+{
+    return boost::bind(&Columns, boost::placeholders::_1, percent, columns);
+}
+
+// What a page holds between its top and its bottom.
+std::string WrittenBody(const TempDir& dir, const RInstancesWrapper& wrapper, bool* result = nullptr)
+{
+    {
+        RInstancesHTMLWriter writer(dir.Path(), "page", "Page");
+        const bool written = wrapper.WriteReport(writer);
+        if (result) *result = written;
+    }
+    const std::string page = dir.Read("page.html");
+    const std::string top = "<div class=\"pagetitle\">Page</div>\n";
+    const std::string::size_type begin = page.find(top);
+    const std::string::size_type end = page.rfind("<br/><br/>\n");
+    if (begin == std::string::npos || end == std::string::npos) return "malformed page: " + page;
+    return page.substr(begin + top.size(), end - begin - top.size());
+}
+
+void AddDisk(Records& records, const std::string& name, const std::string& size)
+{
+    RInstance& disk = records.Add("Disk", "Disks", -1);
+    disk.AddProperty("Name", "Name", name, false);
+    disk.AddProperty("Size", "Size (GB)", size, false);
+    disk.AddProperty("Secret", "Secret", std::string("hidden"), true);
+}
+
+}  // namespace
+
+TEST(RInstancesWrapperTest, RowFormWritesOneRowPerInstance)
+{
+    TempDir dir;
+    Records records;
+    AddDisk(records, "sda", "100");
+    AddDisk(records, "sdb", "2000|||4000");
+    records.All()[0]->AddToolTip("Disks the host sees");
+    const RInstancesWrapper wrapper("Disk", records.All(), RowForm({30, 70}, true));
+    bool written = false;
+    EXPECT_EQ(
+        "<div class=\"tabletitle\">Disks</div>\n"
+        "<button class=\"questionmark\" onclick=\"show(this)\" onmouseout=\"hide(this)\">?</button>\n"
+        "<div class=\"tooltip\">Disks the host sees</div>\n"
+        "<table width=\"100%\" class=\"rowtable sortable\">\n"
+        "<tr>\n"
+        "<th width=\"30%\">Name</th>\n"
+        "<th width=\"70%\">Size (GB)</th>\n"
+        "</tr>\n"
+        "<tr class=\"bg0\">\n"
+        "<td>sda</td>\n"
+        "<td>100</td>\n"
+        "</tr>\n"
+        "<tr class=\"bg1\">\n"
+        "<td>sdb</td>\n"
+        "<td><span class=\"old\">old:</span>2000<br/>\n<span class=\"new\">new:</span>4000<br/>\n</td>\n"
+        "</tr>\n"
+        "</table>\n",
+        WrittenBody(dir, wrapper, &written));
+    EXPECT_TRUE(written);
+}
+
+TEST(RInstancesWrapperTest, PercentsOfTheWrongLengthAreMended)
+{
+    Records records;
+    AddDisk(records, "sda", "1");
+    records.All()[0]->AddProperty("Model", "Model", std::string("X"), false);
+    LogCapture capture;
+    TempDir dir;
+    const RInstancesWrapper wrapper("Disk", records.All(), RowForm({50}, false));
+    EXPECT_TRUE(capture.Has(2, "[repo] Headers and percent have different sizes, need to mend percent."));
+    EXPECT_TRUE(capture.Has(4, "[repo] headers: Name Size Model "));
+    const std::string body = WrittenBody(dir, wrapper);
+    EXPECT_EQ(3u, static_cast<size_t>(std::count(body.begin(), body.end(), '%')) - 1) << body;
+    EXPECT_NE(std::string::npos, body.find("<th width=\"33%\">Model</th>"));
+}
+
+TEST(RInstancesWrapperTest, FiltersAndNumericSortKeys)
+{
+    Records records;
+    AddDisk(records, "sda", "10");
+    AddDisk(records, "nvme0", "9");
+    AddDisk(records, "sdc", "+10");
+    TempDir dir;
+    RInstancesWrapper ascending("Disk", records.All(), RowForm({50, 50}, true));
+    ascending.AddSorter("Size", true);
+    std::string body = WrittenBody(dir, ascending);
+    EXPECT_LT(body.find("nvme0"), body.find("sda"));
+    EXPECT_LT(body.find("sda"), body.find("sdc"));
+
+    RInstancesWrapper filtered("Disk", records.All(), RowForm({50, 50}, true));
+    filtered.AddFilter("Name", "nvme", true);
+    filtered.AddFilter("Name", "sd", false);
+    body = WrittenBody(dir, filtered);
+    EXPECT_NE(std::string::npos, body.find("nvme0"));
+    EXPECT_EQ(std::string::npos, body.find("sda"));
+
+    RInstancesWrapper none("Disk", records.All(), RowForm({50, 50}, true));
+    none.AddFilter("Name", "", false);
+    bool written = true;
+    EXPECT_EQ("", WrittenBody(dir, none, &written));
+    EXPECT_FALSE(written);
+
+    AddDisk(records, "text", "abc");
+    RInstancesWrapper broken("Disk", records.All(), RowForm({50, 50}, true));
+    broken.AddSorter("Size", false);
+    RInstancesHTMLWriter writer(dir.Path(), "broken", "Broken");
+    EXPECT_THROW(broken.WriteReport(writer), boost::bad_lexical_cast);
+}
+
+TEST(RInstancesWrapperTest, ColumnFormFillsShortTables)
+{
+    Records records;
+    for (const char* name : {"a", "b", "c"}) {
+        RInstance& record = records.Add("Fan", "Fans", -1);
+        record.AddProperty("Name", "Name", std::string(name), false);
+    }
+    TempDir dir;
+    const RInstancesWrapper wrapper("Fan", records.All(), ColumnForm(20, 2));
+    EXPECT_EQ(
+        "<div class=\"tabletitle\">Fans</div>\n"
+        "<table width=\"100%\" class=\"coltable\">\n"
+        "<tr class=\"bg0\">\n"
+        "<th width=\"20%\">Name</th>\n"
+        "<td>a</td>\n"
+        "<td>b</td>\n"
+        "</tr>\n"
+        "</table>\n"
+        "<table width=\"100%\" class=\"coltable\">\n"
+        "<tr class=\"bg0\">\n"
+        "<th width=\"20%\">Name</th>\n"
+        "<td>c</td>\n"
+        "<td></td>\n"
+        "</tr>\n"
+        "</table>\n",
+        WrittenBody(dir, wrapper));
+}
+
+TEST(RInstancesWrapperTest, ProcessorChunksKeepTheirWidth)
+{
+    Records records;
+    for (const char* name : {"CPU 1", "CPU 2", "CPU 3"}) {
+        RInstance& record = records.Add("Processor", "Processors", -1);
+        record.AddProperty("Socket", "Socket", std::string(name), false);
+    }
+    TempDir dir;
+    const RInstancesWrapper wrapper("Processor", records.All(), ColumnForm(20, 2));
+    EXPECT_EQ(
+        "<div class=\"tabletitle\">Processors</div>\n"
+        "<table width=\"100%\" class=\"coltable\">\n"
+        "<tr class=\"bg0\">\n"
+        "<th width=\"20%\">Socket</th>\n"
+        "<td width=\"0%\">CPU 1</td>\n"
+        "<td width=\"0%\">CPU 2</td>\n"
+        "</tr>\n"
+        "</table>\n"
+        "</table>\n"
+        "<table width=\"60%\" class=\"coltable\">\n"
+        "<tr class=\"bg0\">\n"
+        "<th width=\"20%\">Socket</th>\n"
+        "<td width=\"40%\">CPU 3</td>\n"
+        "</tr>\n"
+        "</table>\n",
+        WrittenBody(dir, wrapper));
+
+    Records two;
+    for (const char* name : {"CPU 1", "CPU 2"}) two.Add("Processor", "Processors", -1).AddProperty("Socket", "Socket", std::string(name), false);
+    const RInstancesWrapper even("Processor", two.All(), ColumnForm(20, 2));
+    const std::string body = WrittenBody(dir, even);
+    EXPECT_EQ(std::string::npos, body.find("</table>\n</table>"));
+    EXPECT_NE(std::string::npos, body.find("<td width=\"0%\">CPU 2</td>"));
+}
+
+TEST(RInstancesWrapperTest, ChildrenFollowTheirParentIndented)
+{
+    Records adapters;
+    for (int id = 1; id <= 2; ++id)
+        adapters.Add("PCIAdapter", "Adapters", id).AddProperty("Name", "Name", "nic" + std::to_string(id), false);
+    Records ports;
+    for (const char* port : {"p1", "p2"}) {
+        RInstance& record = ports.Add("PCIPort", "Ports", -1);
+        record.AddProperty("Port", "Port", std::string(port), false);
+        record.AddReference("PCIAdapter", 1);
+    }
+    TempDir dir;
+    RInstancesWrapper wrapper("PCIAdapter", adapters.All(), RowForm({100}, false));
+    wrapper.AddReferenceData(RInstancesWrapper("PCIPort", ports.All(), RowForm({100}, false)));
+    LogCapture capture;
+    EXPECT_EQ(
+        "<div class=\"tabletitle\">Adapters</div>\n"
+        "<table width=\"100%\" class=\"rowtable\">\n"
+        "<tr>\n<th width=\"100%\">Name</th>\n</tr>\n"
+        "<tr class=\"bg0\">\n<td>nic1</td>\n</tr>\n"
+        "</table>\n"
+        "<div class=\"indentmargin\">\n"
+        "<div class=\"tabletitle\">Ports</div>\n"
+        "<table width=\"100%\" class=\"rowtable\">\n"
+        "<tr>\n<th width=\"100%\">Port</th>\n</tr>\n"
+        "<tr class=\"bg0\">\n<td>p1</td>\n</tr>\n"
+        "<tr class=\"bg1\">\n<td>p2</td>\n</tr>\n"
+        "</table>\n"
+        "</div>\n"
+        "<div class=\"tabletitle\">Adapters</div>\n"
+        "<table width=\"100%\" class=\"rowtable\">\n"
+        "<tr>\n<th width=\"100%\">Name</th>\n</tr>\n"
+        "<tr class=\"bg0\">\n<td>nic2</td>\n</tr>\n"
+        "</table>\n"
+        "<div class=\"indentmargin\">\n"
+        "</div>\n",
+        WrittenBody(dir, wrapper));
+    EXPECT_TRUE(capture.Has(2, "[repo] Data is empty for type: PCIPort"));
+}
+
+TEST(RInstancesWrapperTest, EventRowsGetSeverityIcons)
+{
+    Records records;
+    for (const char* type : {"Information", "Critical"}) {
+        RInstance& event = records.Add("ApplicationEventDefault", "Application Event", -1);
+        event.AddProperty("T", "T", std::string(""), false);
+        event.AddProperty("Type", "Type", std::string(type), false);
+        event.AddProperty("Message", "Message", std::string("m"), false);
+    }
+    TempDir dir;
+    const RInstancesWrapper wrapper("ApplicationEventDefault", records.All(), RowForm({2, 8, 90}, true));
+    const std::string body = WrittenBody(dir, wrapper);
+    EXPECT_NE(std::string::npos,
+              body.find("<tr class=\"bg0\">\n<td><img src=\"data/i.gif\"></td>\n<td>Information</td>\n<td>m</td>\n</tr>\n"))
+        << body;
+    EXPECT_NE(std::string::npos, body.find("<tr class=\"bg1\">\n<td>Critical</td>\n<td>m</td>\n</tr>\n")) << body;
+}
+
+TEST(RInstancesWrapperTest, RawValuesGoToFilesByTypeKind)
+{
+    Records records;
+    RInstance& raw = records.Add("NetworkRawData", "Network Raw Data", -1);
+    raw.AddProperty("RawData", "Raw Data", std::string("line one\nline two"), false);
+    raw.AddPropertyAttr("RawData", "raw");
+    raw.AddProperty("Filename", "File", std::string("nic0"), false);
+    RInstance& other = records.Add("NetworkRawData", "Network Raw Data", -1);
+    other.AddProperty("RawData", "Raw Data", std::string("x"), false);
+    other.AddPropertyAttr("RawData", "raw");
+    other.AddProperty("Filename", "File", std::string("nic1.log"), false);
+    TempDir dir;
+    LogCapture capture;
+    const RInstancesWrapper wrapper("NetworkRawData", records.All(), RowForm({80, 20}, false));
+    const std::string body = WrittenBody(dir, wrapper);
+    EXPECT_EQ("line one\nline two", dir.Read("nic0.txt"));
+    EXPECT_NE(std::string::npos, body.find("<td>\n<pre>\n<a href='nic0.txt' target='_blank'>nic0.txt</a>\n</pre>\n</td>"))
+        << body;
+    EXPECT_NE(std::string::npos, body.find("<td>\n<pre>\nnic1.log\n</pre>\n</td>")) << body;
+    EXPECT_TRUE(capture.Has(3, "[repo] For RawData, to write the value: line one\nline two..."));
+
+    Records plain;
+    RInstance& note = plain.Add("Note", "Notes", -1);
+    note.AddProperty("Text", "Text", std::string("pre text"), false);
+    note.AddPropertyAttr("Text", "raw");
+    const RInstancesWrapper notes("Note", plain.All(), RowForm({100}, false));
+    EXPECT_NE(std::string::npos, WrittenBody(dir, notes).find("<td>\n<pre>\npre text\n</pre>\n</td>"));
+}
+
+TEST(RInstancesWrapperTest, NothingToWriteGivesFalse)
+{
+    TempDir dir;
+    LogCapture capture;
+    const RInstancesWrapper empty("Disk", std::vector<RInstance*>(), RowForm({100}, false));
+    bool written = true;
+    EXPECT_EQ("", WrittenBody(dir, empty, &written));
+    EXPECT_FALSE(written);
+    EXPECT_TRUE(capture.Has(2, "[repo] Data is empty for type: Disk"));
+
+    Records records;
+    records.Add("Bare", "Bare", -1);
+    const RInstancesWrapper headerless("Bare", records.All(), RowForm({100}, false));
+    EXPECT_EQ("", WrittenBody(dir, headerless, &written));
+    EXPECT_TRUE(capture.Has(2, "[repo] Data header is empty for type: Bare"));
+    EXPECT_THROW(RInstancesWrapper("Disk", records.All(), RInstancesWrapper::WrapCallback()), boost::bad_function_call);
+}
