@@ -18,10 +18,11 @@ struct LogState {
     LogSink sink;
 };
 
+// Never destroyed: objects released at process exit (the tool-tip singleton) still log.
 LogState& State()
 {
-    static LogState state;
-    return state;
+    static LogState* const state = new LogState;
+    return *state;
 }
 
 const char* LevelName(int level)

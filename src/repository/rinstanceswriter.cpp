@@ -1,0 +1,9 @@
+#include "kestro/repository/rinstanceswriter.h"
+
+namespace kestro {
+namespace repository {
+
+RInstancesWriter::~RInstancesWriter() {}
+
+}  // namespace repository
+}  // namespace kestro

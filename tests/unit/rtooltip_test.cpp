@@ -1,0 +1,174 @@
+#include "kestro/repository/rtooltip.h"
+#include "kestro/xmodule/log.h"
+#include "support/logcapture.h"
+#include "support/tempdir.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdio>
+#include <cstdlib>
+
+using kestro::repository::RToolTip;
+
+namespace {
+
+// Each test uses group names of its own: the tips live in one object for the whole process.
+const char kGoodFile[] =
+    "<?xml version=\"1.0\"?>\n"
+    "<tooltip>\n"
+    "  <group><name>load-system</name>\n"
+    "    <type><name>Processor</name><tip>Sockets and cores</tip></type>\n"
+    "    <note>ignored</note>\n"
+    "    <type><name>Memory</name><tip>DIMMs &amp; &lt;b&gt;ranks&lt;/b&gt;</tip><extra/></type>\n"
+    "  </group>\n"
+    "  <comment>ignored as well</comment>\n"
+    "  <group><name>load-empty</name></group>\n"
+    "  <group><name>load-system</name>\n"
+    "    <type><name>Processor</name><tip>shadowed by the first group</tip></type>\n"
+    "    <type><name>Fan</name><tip>not reached: its group is shadowed</tip></type>\n"
+    "  </group>\n"
+    "</tooltip>\n";
+
+bool HasRecordStarting(const LogCapture& capture, int level, const std::string& start, const std::string& fragment)
+{
+    for (const auto& record : capture.Records())
+        if (record.first == level && record.second.compare(0, start.size(), start) == 0 &&
+            record.second.find(fragment, start.size()) != std::string::npos)
+            return true;
+    return false;
+}
+
+// Runs in a fresh process, where no one has asked for the tips yet.
+bool FirstUseBuildsOneObjectWithoutTips()
+{
+    TempDir home;
+    home.Write("data/tooltip.xml", kGoodFile);
+    ScopedEnv env("KESTRO_HOME", home.Path());
+    const boost::shared_ptr<RToolTip> first = RToolTip::Instance();
+    const bool empty = first->GetTypeTip("load-system", "Processor").empty();
+    return first && first == RToolTip::Instance() && empty && first->LoadTooltips() &&
+           first->GetTypeTip("load-system", "Processor") == "Sockets and cores";
+}
+
+void PrintToStderr(int level, const std::string& text)
+{
+    std::fprintf(stderr, "%d %s\n", level, text.c_str());
+}
+
+}  // namespace
+
+TEST(RToolTipDeathTest, OneObjectPerProcessLoggedFromCreationToExit)
+{
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    // The object is released when the process ends, so its last line can only be seen from outside.
+    EXPECT_EXIT(
+        {
+            XModule::SetLogLevel(XModule::LOG_DEBUG);
+            XModule::SetLogSink(PrintToStderr);
+            std::exit(FirstUseBuildsOneObjectWithoutTips() ? 0 : 1);
+        },
+        ::testing::ExitedWithCode(0),
+        "4 Entering  kestro::repository::RToolTip::RToolTip\n(.|\n)*"
+        "4 Exiting  kestro::repository::RToolTip::~RToolTip\n");
+}
+
+TEST(RToolTipTest, LoadsTheProgramTipsAndTheFirstMatchWins)
+{
+    TempDir home;
+    home.Write("data/tooltip.xml", kGoodFile);
+    ScopedEnv env("KESTRO_HOME", home.Path());
+    const boost::shared_ptr<RToolTip> tips = RToolTip::Instance();
+    ASSERT_TRUE(tips);
+    EXPECT_EQ(tips, RToolTip::Instance());
+
+    LogCapture capture;
+    ASSERT_TRUE(tips->LoadTooltips()) << capture.Dump();
+    EXPECT_TRUE(capture.Has(4, "tooltip group name: load-system"));
+    EXPECT_TRUE(capture.Has(4, "tooltip type name: Memory"));
+    EXPECT_TRUE(capture.Has(4, "tooltip type tip: Sockets and cores"));
+    EXPECT_TRUE(capture.Has(4, "tooltip group name: load-empty"));
+    EXPECT_EQ(0, capture.Count("[repo]")) << capture.Dump();
+    ASSERT_TRUE(tips->LoadTooltips());
+
+    capture.Clear();
+    EXPECT_EQ("Sockets and cores", tips->GetTypeTip("load-system", "Processor"));
+    EXPECT_TRUE(capture.Has(4, "RToolTip::GetTypeTip group: load-system type: Processor tip: Sockets and cores"))
+        << capture.Dump();
+    EXPECT_EQ("DIMMs & <b>ranks</b>", tips->GetTypeTip("load-system", "Memory"));
+    EXPECT_EQ("", tips->GetTypeTip("load-system", "Fan"));
+    EXPECT_EQ("", tips->GetTypeTip("load-empty", "Processor"));
+    EXPECT_EQ("", tips->GetTypeTip("Load-System", "Processor"));
+}
+
+TEST(RToolTipTest, UnknownGroupsAndTypesGiveEmptyTextsSilently)
+{
+    TempDir home;
+    home.Write("data/tooltip.xml",
+               "<tooltip><group><name>quiet</name><type><name>Disk</name><tip>Drives</tip></type></group></tooltip>");
+    ScopedEnv env("KESTRO_HOME", home.Path());
+    ASSERT_TRUE(RToolTip::Instance()->LoadTooltips());
+    LogCapture capture;
+    EXPECT_EQ("", RToolTip::Instance()->GetTypeTip("no-such-group", "Disk"));
+    EXPECT_EQ("", RToolTip::Instance()->GetTypeTip("quiet", "NoSuchType"));
+    EXPECT_EQ("", RToolTip::Instance()->GetTypeTip("", ""));
+    EXPECT_TRUE(capture.Records().empty()) << capture.Dump();
+}
+
+TEST(RToolTipTest, BrokenFilesAreLoggedAndCompleteGroupsStay)
+{
+    const struct {
+        const char* name;
+        const char* content;  // null: no file at all
+        const char* failure;
+    } cases[] = {
+        {"missing file", nullptr, "cannot open file"},
+        {"not XML", "<tooltip><group>", "tooltip.xml"},
+        {"no tooltip root", "<tips><group><name>broken-root</name></group></tips>", "No such node (tooltip)"},
+        {"group without name",
+         "<tooltip><group><name>broken-kept</name><type><name>Fan</name><tip>Cooling</tip></type></group>"
+         "<group><type><name>Fan</name><tip>lost</tip></type></group></tooltip>",
+         "No such node (name)"},
+        {"type without tip",
+         "<tooltip><group><name>broken-first</name><type><name>Psu</name><tip>Power</tip></type></group>"
+         "<group><name>broken-half</name><type><name>Psu</name><tip>lost</tip></type>"
+         "<type><name>Fan</name></type></group>"
+         "<group><name>broken-after</name><type><name>Psu</name><tip>lost</tip></type></group></tooltip>",
+         "No such node (tip)"},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.name);
+        TempDir home;
+        if (c.content) home.Write("data/tooltip.xml", c.content);
+        ScopedEnv env("KESTRO_HOME", home.Path());
+        LogCapture capture;
+        EXPECT_FALSE(RToolTip::Instance()->LoadTooltips());
+        EXPECT_TRUE(HasRecordStarting(capture, 1, "Failed to read tooltip XML: ", c.failure)) << capture.Dump();
+        EXPECT_EQ(0, capture.Count("[repo]"));
+    }
+    const boost::shared_ptr<RToolTip> tips = RToolTip::Instance();
+    EXPECT_EQ("Cooling", tips->GetTypeTip("broken-kept", "Fan"));
+    EXPECT_EQ("Power", tips->GetTypeTip("broken-first", "Psu"));
+    EXPECT_EQ("", tips->GetTypeTip("broken-half", "Psu"));
+    EXPECT_EQ("", tips->GetTypeTip("broken-after", "Psu"));
+}
+
+TEST(RToolTipTest, CopiesCarryTheTipsAndLogTheirEnd)
+{
+    TempDir home;
+    home.Write("data/tooltip.xml",
+               "<tooltip><group><name>copy</name><type><name>Nic</name><tip>Ports</tip></type></group></tooltip>");
+    ScopedEnv env("KESTRO_HOME", home.Path());
+    ASSERT_TRUE(RToolTip::Instance()->LoadTooltips());
+    LogCapture capture;
+    {
+        RToolTip copy(*RToolTip::Instance());
+        EXPECT_EQ("Ports", copy.GetTypeTip("copy", "Nic"));
+        RToolTip assigned(copy);
+        assigned = *RToolTip::Instance();
+        EXPECT_EQ("Ports", assigned.GetTypeTip("copy", "Nic"));
+    }
+    EXPECT_EQ(2, capture.Count("Exiting  kestro::repository::RToolTip::~RToolTip"));
+    EXPECT_TRUE(capture.Has(4, "Exiting  kestro::repository::RToolTip::~RToolTip"));
+    EXPECT_EQ(0, capture.Count("Entering"));
+    EXPECT_EQ("Ports", RToolTip::Instance()->GetTypeTip("copy", "Nic"));
+}
