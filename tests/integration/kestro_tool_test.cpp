@@ -12,15 +12,15 @@
 
 namespace {
 
-struct Run {
+struct ToolRun {
     int status;
     std::string output;
 };
 
-Run RunTool(const std::string& arguments, const std::string& root)
+ToolRun RunTool(const std::string& arguments, const std::string& root)
 {
     const std::string command = "KESTRO_ROOT='" + root + "' '" KESTRO_TOOL_PATH "' " + arguments + " 2>&1";
-    Run run{-1, std::string()};
+    ToolRun run{-1, std::string()};
     FILE* pipe = popen(command.c_str(), "r");
     if (!pipe) return run;
     char buffer[4096];
@@ -48,7 +48,7 @@ TEST(KestroToolTest, InventoryReportAndCompareWorkTogether)
     dir.Write("root/etc/os-release", "ID=rhel\n");
     const std::string root = dir.Path() + "/root";
 
-    const Run inventory = RunTool("inventory --output " + dir.Path() + "/first", root);
+    const ToolRun inventory = RunTool("inventory --output " + dir.Path() + "/first", root);
     ASSERT_EQ(0, inventory.status) << inventory.output;
     const std::string first = dir.Path() + "/first/inventory.xml";
     for (const char* file : {"/first/inventory.xml", "/first/index.html", "/first/navigator.html",
@@ -56,13 +56,13 @@ TEST(KestroToolTest, InventoryReportAndCompareWorkTogether)
         EXPECT_TRUE(Exists(dir.Path() + file)) << file;
     EXPECT_NE(std::string::npos, dir.Read("first/inventory.xml").find("<mode>rhel</mode>"));
 
-    const Run report = RunTool("report " + first + " --output " + dir.Path() + "/report", root);
+    const ToolRun report = RunTool("report " + first + " --output " + dir.Path() + "/report", root);
     ASSERT_EQ(0, report.status) << report.output;
     EXPECT_EQ(dir.Read("first/navigator.html"), dir.Read("report/navigator.html"));
 
     const std::string second =
         dir.Write("second.xml", Replace(dir.Read("first/inventory.xml"), "<value>kestro</value>", "<value>other</value>"));
-    const Run compare = RunTool("compare " + first + " " + second + " --output " + dir.Path() + "/compare", root);
+    const ToolRun compare = RunTool("compare " + first + " " + second + " --output " + dir.Path() + "/compare", root);
     ASSERT_EQ(0, compare.status) << compare.output;
     EXPECT_NE(std::string::npos, dir.Read("compare/compare.xml").find("<value>kestro|||other</value>"));
 }
@@ -92,7 +92,7 @@ TEST(KestroToolTest, FailuresExitWithTheirResultCodes)
         {"inventory --bogus", 5, "Invalid parameter."},
     };
     for (const auto& c : cases) {
-        const Run run = RunTool(c.arguments, root);
+        const ToolRun run = RunTool(c.arguments, root);
         EXPECT_EQ(c.status, run.status) << c.arguments << "\n" << run.output;
         EXPECT_NE(std::string::npos, run.output.find(c.words)) << run.output;
     }
