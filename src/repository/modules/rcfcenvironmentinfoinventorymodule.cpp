@@ -1,0 +1,261 @@
+#include "repository/modules/rcfcenvironmentinfoinventorymodule.h"
+
+#include "kestro/repository/rinstance.h"
+#include "repository/modules/rcfcredfish.h"
+#include "repository/rlog.h"
+#include "rest/jsonread.h"
+#include "rest/restsession.h"
+
+#include <boost/bind/bind.hpp>
+
+namespace kestro {
+namespace repository {
+
+namespace {
+
+const RCFCField kNumericSensorFields[] = {
+    {"Id", "Node ID", KindText, AtTop},
+    {"Name", "Element Name", KindText, AtTop},
+    {"Reading", "Current Reading", KindScalar, AtTop},
+    {"Unit", "Base Unit", KindText, AtTop},
+    {"UpperThresholdNonRecoverable", "Upper Non-Recoverable", KindNumber, AtTop},
+    {"UpperThresholdCritical", "Upper Critical", KindNumber, AtTop},
+    {"UpperThresholdNonCritical", "Upper Non-Critical", KindNumber, AtTop},
+    {"LowerThresholdNonCritical", "Lower Non-Critical", KindNumber, AtTop},
+    {"LowerThresholdCritical", "Lower Critical", KindNumber, AtTop},
+    {"LowerThresholdNonRecoverable", "Lower Non-Recoverable", KindNumber, AtTop},
+};
+
+const RCFCField kDiscreteSensorFields[] = {
+    {"Id", "Node ID", KindText, AtTop},
+    {"Name", "Element Name", KindText, AtTop},
+    {"Reading", "Current Reading", KindScalar, AtTop},
+    {"Unit", "Base Unit", KindText, AtTop},
+};
+
+#define KESTRO_CFC_THRESHOLD_FIELDS                                              \
+    {"UpperThresholdFatal", "Upper Non-Recoverable", KindNumber, AtTop},         \
+        {"UpperThresholdCritical", "Upper Critical", KindNumber, AtTop},         \
+        {"UpperThresholdNonCritical", "Upper Non-Critical", KindNumber, AtTop},  \
+        {"LowerThresholdNonCritical", "Lower Non-Critical", KindNumber, AtTop},  \
+        {"LowerThresholdCritical", "Lower Critical", KindNumber, AtTop},         \
+        {"LowerThresholdFatal", "Lower Non-Recoverable", KindNumber, AtTop}
+
+const RCFCField kPowerSensorFields[] = {
+    {"SensorNumber", "Node ID", KindNumber, AtTop},
+    {"Name", "Element Name", KindText, AtTop},
+    {"ReadingVolts", "Current Reading", KindNumber, AtTop},
+    {"ReadingUnits", "Base Unit", KindText, AtTop},
+    {"State", "State", KindText, UnderStatus},
+    KESTRO_CFC_THRESHOLD_FIELDS,
+};
+
+const RCFCField kFanSensorFields[] = {
+    {"SensorNumber", "Node ID", KindNumber, AtTop},
+    {"Name", "Element Name", KindText, AtTop},
+    {"Reading", "Current Reading", KindNumber, AtTop},
+    {"ReadingUnits", "Base Unit", KindText, AtTop},
+    {"State", "State", KindText, UnderStatus},
+    KESTRO_CFC_THRESHOLD_FIELDS,
+};
+
+const RCFCField kTemperatureSensorFields[] = {
+    {"SensorNumber", "Node ID", KindNumber, AtTop},
+    {"Name", "Element Name", KindText, AtTop},
+    {"ReadingCelsius", "Current Reading", KindNumber, AtTop},
+    {"ReadingUnits", "Base Unit", KindText, AtTop},
+    {"State", "State", KindText, UnderStatus},
+    KESTRO_CFC_THRESHOLD_FIELDS,
+};
+
+#undef KESTRO_CFC_THRESHOLD_FIELDS
+
+const RCFCField kLEDFields[] = {
+    {"Id", "ID", KindText, AtTop},
+    {"Name", "Name", KindText, AtTop},
+    {"Location", "Location", KindText, AtTop},
+    {"DeviceEntity", "Device Entity", KindText, AtTop},
+    {"Color", "Color", KindText, AtTop},
+    {"State", "State", KindText, UnderStatus},
+};
+
+const char* const kDiscreteUnit = "discrete";
+const char* const kUnitKey = "ReadingUnits";
+
+const std::string& ChassisUrl()
+{
+    static const std::string url = "/redfish/v1/Chassis/1";
+    return url;
+}
+
+const std::string& LEDsUrl()
+{
+    static const std::string url = "/redfish/v1/Chassis/1/Oem/Orvena/LEDs";
+    return url;
+}
+
+void LogNextPage(const std::string& nextLink) { RLOG(3) << "odata.nextLink :" << nextLink; }
+
+}  // namespace
+
+std::string RCFCEnvironmentInfoInventoryModule::GetName() { return "CFCEnvironmentInfoInventoryModule"; }
+
+std::string RCFCEnvironmentInfoInventoryModule::GetDisplay() { return "CFC Environment Info Inventory Module"; }
+
+void RCFCEnvironmentInfoInventoryModule::InitCallbacks()
+{
+    using boost::placeholders::_1;
+    typedef RCFCEnvironmentInfoInventoryModule M;
+    typeCallbacks["DiscreteSensor"].enumCallback = boost::bind(&M::EnumDiscreteSensorInstances, this, _1);
+    typeCallbacks["DiscreteSensor"].wrapCallback = boost::bind(&M::WrapDiscreteSensor, this, _1);
+    typeCallbacks["FanSensor"].enumCallback = boost::bind(&M::EnumFanSensorInstances, this, _1);
+    typeCallbacks["FanSensor"].wrapCallback = boost::bind(&M::WrapFanSensor, this, _1);
+    typeCallbacks["LED"].enumCallback = boost::bind(&M::EnumLEDInstances, this, _1);
+    typeCallbacks["LED"].wrapCallback = boost::bind(&M::WrapLED, this, _1);
+    typeCallbacks["NumericSensor"].enumCallback = boost::bind(&M::EnumNumericSensorInstances, this, _1);
+    typeCallbacks["NumericSensor"].wrapCallback = boost::bind(&M::WrapNumericSensor, this, _1);
+    typeCallbacks["PowerSensor"].enumCallback = boost::bind(&M::EnumPowerSensorInstances, this, _1);
+    typeCallbacks["PowerSensor"].wrapCallback = boost::bind(&M::WrapPowerSensor, this, _1);
+    typeCallbacks["TemperatureSensor"].enumCallback = boost::bind(&M::EnumTemperatureSensorInstances, this, _1);
+    typeCallbacks["TemperatureSensor"].wrapCallback = boost::bind(&M::WrapTemperatureSensor, this, _1);
+}
+
+void RCFCEnvironmentInfoInventoryModule::EnumDiscreteSensorInstances(RRepository& repo)
+{
+    RCFCRedfish::Enumerate(repo, "Try to enum Discrete Sensor instance.",
+                           [this, &repo](Rest::RestSession& session) { WalkSensors(session, repo, true); });
+}
+
+void RCFCEnvironmentInfoInventoryModule::EnumNumericSensorInstances(RRepository& repo)
+{
+    RCFCRedfish::Enumerate(repo, "Try to enum Numeric Sensor instance.",
+                           [this, &repo](Rest::RestSession& session) { WalkSensors(session, repo, false); });
+}
+
+void RCFCEnvironmentInfoInventoryModule::EnumFanSensorInstances(RRepository& repo)
+{
+    RCFCRedfish::Enumerate(repo, "Try to enum Fan Sensor instance.", [this, &repo](Rest::RestSession& session) {
+        WalkReadings(session, repo, "Thermal", "Fans", "FanSensor", "Fan Sensor", kFanSensorFields,
+                     RCFCFieldCount(kFanSensorFields), "");
+    });
+}
+
+void RCFCEnvironmentInfoInventoryModule::EnumPowerSensorInstances(RRepository& repo)
+{
+    RCFCRedfish::Enumerate(repo, "Try to enum Numeric Power Sensor instance.",
+                           [this, &repo](Rest::RestSession& session) {
+                               WalkReadings(session, repo, "Power", "Voltages", "PowerSensor", "Power Sensor",
+                                            kPowerSensorFields, RCFCFieldCount(kPowerSensorFields), "Volts");
+                           });
+}
+
+void RCFCEnvironmentInfoInventoryModule::EnumTemperatureSensorInstances(RRepository& repo)
+{
+    RCFCRedfish::Enumerate(repo, "Try to enum Temperature Sensor instance.",
+                           [this, &repo](Rest::RestSession& session) {
+                               WalkReadings(session, repo, "Thermal", "Temperatures", "TemperatureSensor",
+                                            "Temperature Sensor", kTemperatureSensorFields,
+                                            RCFCFieldCount(kTemperatureSensorFields), "Celsius degree");
+                           });
+}
+
+void RCFCEnvironmentInfoInventoryModule::EnumLEDInstances(RRepository& repo)
+{
+    RCFCRedfish::Enumerate(repo, "Try to enum LED instance.",
+                           [this, &repo](Rest::RestSession& session) { WalkLEDs(session, repo); });
+}
+
+void RCFCEnvironmentInfoInventoryModule::WalkSensors(Rest::RestSession& session, RRepository& repo, bool discrete)
+{
+    const boost::json::value chassis = RCFCRedfish::FetchJson(session, ChassisUrl(), 1);
+    const std::string link = RCFCRedfish::LinkOf(chassis, "Sensors");
+    if (link == Rest::JSON_MISSING_TEXT) return;
+    // Both kinds follow the next-page links: a discrete sensor may stand on any page.
+    Rest::WalkCollection(
+        session, link, Rest::WalkLinks,
+        [this, &repo, discrete](const boost::json::value& sensor) { AddSensor(repo, sensor, discrete); },
+        &LogNextPage);
+}
+
+void RCFCEnvironmentInfoInventoryModule::AddSensor(RRepository& repo, const boost::json::value& sensor, bool discrete)
+{
+    const bool isDiscrete = Rest::ReadJsonString(sensor, "/Unit") == kDiscreteUnit;
+    if (isDiscrete != discrete) return;
+    if (discrete) {
+        RInstance instance("DiscreteSensor", "Discrete Sensor", -1);
+        RCFCRedfish::AddFields(instance, sensor, kDiscreteSensorFields, RCFCFieldCount(kDiscreteSensorFields), false);
+        instance.AddToRepository(repo);
+        return;
+    }
+    RInstance instance("NumericSensor", "Numeric Sensor", -1);
+    RCFCRedfish::AddFields(instance, sensor, kNumericSensorFields, RCFCFieldCount(kNumericSensorFields), false);
+    instance.AddToRepository(repo);
+}
+
+void RCFCEnvironmentInfoInventoryModule::WalkReadings(Rest::RestSession& session, RRepository& repo,
+                                                      const std::string& link, const std::string& list,
+                                                      const std::string& type, const std::string& title,
+                                                      const RCFCField* fields, std::size_t count,
+                                                      const std::string& fixedUnit)
+{
+    const boost::json::value chassis = RCFCRedfish::FetchJson(session, ChassisUrl(), 1);
+    const std::string documentUrl = RCFCRedfish::LinkOf(chassis, link);
+    if (documentUrl == Rest::JSON_MISSING_TEXT) return;
+    const boost::json::value document = RCFCRedfish::FetchJson(session, documentUrl, 0);
+    const boost::json::array* readings = Rest::FindJsonArray(document, Rest::MakeJsonPointer({list}));
+    if (readings == nullptr) return;
+    for (const boost::json::value& reading : *readings) {
+        RInstance instance(type, title, -1);
+        for (std::size_t i = 0; i < count; ++i) {
+            const bool fixed = !fixedUnit.empty() && std::string(fields[i].key) == kUnitKey;
+            instance.AddProperty(fields[i].key, fields[i].display,
+                                 fixed ? fixedUnit : RCFCRedfish::ReadField(reading, fields[i], false));
+        }
+        instance.AddToRepository(repo);
+    }
+}
+
+void RCFCEnvironmentInfoInventoryModule::WalkLEDs(Rest::RestSession& session, RRepository& repo)
+{
+    const boost::json::value leds = RCFCRedfish::FetchJson(session, LEDsUrl(), 1);
+    const boost::json::array* members = Rest::FindJsonArray(leds, "/Members");
+    if (members == nullptr) return;
+    for (const boost::json::value& led : *members) {
+        RInstance instance("LED", "LED", -1);
+        RCFCRedfish::AddFields(instance, led, kLEDFields, RCFCFieldCount(kLEDFields), false);
+        instance.AddToRepository(repo);
+    }
+}
+
+void RCFCEnvironmentInfoInventoryModule::WrapDiscreteSensor(RInstancesWrapper& wrapper)
+{
+    RCFCRedfish::WrapTable(wrapper, kDiscreteSensorFields, RCFCFieldCount(kDiscreteSensorFields));
+}
+
+void RCFCEnvironmentInfoInventoryModule::WrapNumericSensor(RInstancesWrapper& wrapper)
+{
+    RCFCRedfish::WrapTable(wrapper, kNumericSensorFields, RCFCFieldCount(kNumericSensorFields));
+}
+
+void RCFCEnvironmentInfoInventoryModule::WrapFanSensor(RInstancesWrapper& wrapper)
+{
+    RCFCRedfish::WrapTable(wrapper, kFanSensorFields, RCFCFieldCount(kFanSensorFields));
+}
+
+void RCFCEnvironmentInfoInventoryModule::WrapPowerSensor(RInstancesWrapper& wrapper)
+{
+    RCFCRedfish::WrapTable(wrapper, kPowerSensorFields, RCFCFieldCount(kPowerSensorFields));
+}
+
+void RCFCEnvironmentInfoInventoryModule::WrapTemperatureSensor(RInstancesWrapper& wrapper)
+{
+    RCFCRedfish::WrapTable(wrapper, kTemperatureSensorFields, RCFCFieldCount(kTemperatureSensorFields));
+}
+
+void RCFCEnvironmentInfoInventoryModule::WrapLED(RInstancesWrapper& wrapper)
+{
+    RCFCRedfish::WrapTable(wrapper, kLEDFields, RCFCFieldCount(kLEDFields));
+}
+
+}  // namespace repository
+}  // namespace kestro

@@ -1,0 +1,124 @@
+#include "repository/modules/rcfcfirmwareinventorymodule.h"
+
+#include "kestro/repository/rinstance.h"
+#include "repository/modules/rcfcredfish.h"
+#include "rest/jsonread.h"
+#include "rest/restsession.h"
+
+#include <boost/bind/bind.hpp>
+
+#include <cctype>
+
+namespace kestro {
+namespace repository {
+
+namespace {
+
+const RCFCField kFirmwareFields[] = {
+    {"Name", "Name", KindText, AtTop},
+    {"Version", "Build ID", KindText, AtTop},
+    {"Date", "Build Date", KindText, AtTop},
+};
+
+// "MachineType" is derived, see MachineTypeOf; the others are read from Systems/1 as they stand.
+const RCFCField kVPDFields[] = {
+    {"MachineType", "Machine Type", KindText, AtTop},
+    {"Model", "Model", KindText, AtTop},
+    {"SerialNumber", "Serial Number", KindText, AtTop},
+    {"UUID", "UUID", KindText, AtTop},
+};
+const std::size_t kMachineTypeLength = 4;
+
+const std::string& FirmwareUrl()
+{
+    static const std::string url = "/redfish/v1/UpdateService/FirmwareInventory";
+    return url;
+}
+
+const std::string& SystemUrl()
+{
+    static const std::string url = "/redfish/v1/Systems/1";
+    return url;
+}
+
+bool IsAlphanumeric(const std::string& text)
+{
+    for (char c : text)
+        if (!std::isalnum(static_cast<unsigned char>(c))) return false;
+    return true;
+}
+
+}  // namespace
+
+std::string RCFCFirmwareInventoryModule::GetName() { return "CFCFirmwareInventoryModule"; }
+
+std::string RCFCFirmwareInventoryModule::GetDisplay() { return "CFC Firmware Inventory Module"; }
+
+std::string RCFCFirmwareInventoryModule::MachineTypeOf(const boost::json::value& system)
+{
+    const std::string stated = Rest::ReadJsonString(system, "/Oem/Orvena/MachineType");
+    if (stated != Rest::JSON_MISSING_TEXT) return stated;
+    const std::string model = Rest::ReadJsonString(system, "/Model");
+    const std::string lead = model.substr(0, kMachineTypeLength);
+    if (model == Rest::JSON_MISSING_TEXT || lead.size() < kMachineTypeLength || !IsAlphanumeric(lead))
+        return Rest::JSON_MISSING_TEXT;
+    return lead;
+}
+
+void RCFCFirmwareInventoryModule::InitCallbacks()
+{
+    using boost::placeholders::_1;
+    typedef RCFCFirmwareInventoryModule M;
+    typeCallbacks["FirmwareInventory"].enumCallback = boost::bind(&M::EnumFirmwareInstances, this, _1);
+    typeCallbacks["FirmwareInventory"].wrapCallback = boost::bind(&M::WrapFirmware, this, _1);
+    typeCallbacks["SystemVPD"].enumCallback = boost::bind(&M::EnumVPDInstances, this, _1);
+    typeCallbacks["SystemVPD"].wrapCallback = boost::bind(&M::WrapVPD, this, _1);
+}
+
+void RCFCFirmwareInventoryModule::EnumFirmwareInstances(RRepository& repo)
+{
+    RCFCRedfish::Enumerate(repo, "Try to enum Firmware instance.",
+                           [this, &repo](Rest::RestSession& session) { WalkFirmware(session, repo); });
+}
+
+void RCFCFirmwareInventoryModule::EnumVPDInstances(RRepository& repo)
+{
+    RCFCRedfish::Enumerate(repo, "Try to enum VPD instance.",
+                           [this, &repo](Rest::RestSession& session) { ReadSystemVPD(session, repo); });
+}
+
+void RCFCFirmwareInventoryModule::WalkFirmware(Rest::RestSession& session, RRepository& repo)
+{
+    const boost::json::value inventory = RCFCRedfish::FetchJson(session, FirmwareUrl(), 1);
+    const boost::json::array* members = Rest::FindJsonArray(inventory, "/Members");
+    if (members == nullptr) return;
+    for (const boost::json::value& member : *members) {
+        RInstance instance("FirmwareInventory", "Firmware Inventory", -1);
+        RCFCRedfish::AddFields(instance, member, kFirmwareFields, RCFCFieldCount(kFirmwareFields),
+                               false);
+        instance.AddToRepository(repo);
+    }
+}
+
+void RCFCFirmwareInventoryModule::ReadSystemVPD(Rest::RestSession& session, RRepository& repo)
+{
+    const boost::json::value system = RCFCRedfish::FetchJson(session, SystemUrl(), 0);
+    if (!system.is_object()) return;
+    RInstance instance("SystemVPD", "System VPD", -1);
+    instance.AddProperty(kVPDFields[0].key, kVPDFields[0].display, MachineTypeOf(system));
+    RCFCRedfish::AddFields(instance, system, kVPDFields + 1, RCFCFieldCount(kVPDFields) - 1, false);
+    instance.AddToRepository(repo);
+}
+
+void RCFCFirmwareInventoryModule::WrapFirmware(RInstancesWrapper& wrapper)
+{
+    RCFCRedfish::WrapTable(wrapper, kFirmwareFields, RCFCFieldCount(kFirmwareFields));
+}
+
+void RCFCFirmwareInventoryModule::WrapVPD(RInstancesWrapper& wrapper)
+{
+    RCFCRedfish::WrapTable(wrapper, kVPDFields, RCFCFieldCount(kVPDFields));
+}
+
+}  // namespace repository
+}  // namespace kestro

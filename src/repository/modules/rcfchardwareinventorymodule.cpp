@@ -1,0 +1,317 @@
+#include "repository/modules/rcfchardwareinventorymodule.h"
+
+#include "kestro/repository/rinstance.h"
+#include "kestro/repository/rrepository.h"
+#include "repository/modules/rcfcredfish.h"
+#include "repository/rlog.h"
+#include "rest/jsonread.h"
+#include "rest/restsession.h"
+#include "systemtype/systemcheck.h"
+
+#include <boost/bind/bind.hpp>
+
+namespace kestro {
+namespace repository {
+
+namespace {
+
+const RCFCField kProcessorFields[] = {
+    {"Id", "Id", KindText, AtTop},
+    {"Manufacturer", "Manufacturer", KindText, AtTop},
+    {"Model", "Model", KindText, AtTop},
+    {"ProcessorType", "Processor Type", KindText, AtTop},
+    {"ProcessorArchitecture", "Processor Architecture", KindText, AtTop},
+    {"Socket", "Socket", KindText, AtTop},
+    {"TotalCores", "Total Cores", KindNumber, AtTop},
+    {"TotalThreads", "Total Threads", KindNumber, AtTop},
+    {"MaxSpeedMHz", "Max Speed(MHz)", KindNumber, AtTop},
+    {"L1CacheKiB", "L1 Cache(KiB)", KindNumber, UnderOemPublic},
+    {"L2CacheKiB", "L2 Cache(KiB)", KindNumber, UnderOemPublic},
+    {"L3CacheKiB", "L3 Cache(KiB)", KindNumber, UnderOemPublic},
+    {"SerialNumber", "Serial Number", KindText, UnderOemPublic},
+    {"Health", "Health", KindText, UnderStatus},
+    {"State", "State", KindText, UnderStatus},
+};
+
+const RCFCField kMemoryFields[] = {
+    {"Id", "Id", KindText, AtTop},
+    {"DeviceLocator", "Device Locator", KindText, AtTop},
+    {"MemoryDeviceType", "Memory Device Type", KindText, AtTop},
+    {"BaseModuleType", "Base Module Type", KindText, AtTop},
+    {"MemoryType", "Memory Type", KindText, AtTop},
+    {"CapacityMiB", "Capacity (MiB)", KindNumber, AtTop},
+    {"Manufacturer", "Manufacturer", KindText, AtTop},
+    {"OperatingSpeedMhz", "OperatingSpeed (MHz)", KindNumber, AtTop},
+    {"PartNumber", "Part Number", KindText, AtTop},
+    {"SerialNumber", "Serial Number", KindText, AtTop},
+    {"OperatingMemoryModes", "OperatingMemoryModes", KindJoin, AtTop},
+    {"Channel", "Channel", KindNumber, UnderMemoryLocation},
+    {"Slot", "Slot", KindNumber, UnderMemoryLocation},
+    {"Socket", "Socket", KindNumber, UnderMemoryLocation},
+    {"Health", "Health", KindText, UnderStatus},
+    {"State", "State", KindText, UnderStatus},
+};
+
+// "Redundancy" is not read from the fan itself; see FanRedundancy.
+const RCFCField kFanFields[] = {
+    {"MemberId", "Id", KindText, AtTop},
+    {"Name", "Name", KindText, AtTop},
+    {"Reading", "Reading", KindNumber, AtTop},
+    {"MaxReadingRange", "Max Reading Range", KindNumber, AtTop},
+    {"SlotNumber", "Slot Number", KindNumber, AtTop},
+    {"Redundancy", "Redundancy", KindText, AtTop},
+    {"DutyCycle", "Duty Cycle", KindNumber, UnderLowerOemPublic},
+    {"SpeedMode", "Speed Mode", KindText, UnderLowerOemPublic},
+    {"State", "State", KindText, UnderStatus},
+    {"Health", "Health", KindText, UnderStatus},
+};
+const std::size_t kFanRedundancyIndex = 5;
+
+const RCFCField kPowerFields[] = {
+    {"Name", "Name", KindText, AtTop},
+    {"Model", "Model", KindText, AtTop},
+    {"Manufacturer", "Manufacturer", KindText, AtTop},
+    {"SerialNumber", "Serial Number", KindText, AtTop},
+    {"FirmwareVersion", "Firmware Version", KindText, AtTop},
+    {"PartNumber", "Part Number", KindText, AtTop},
+    {"PowerCapacityWatts", "Power Capacity Watts", KindNumber, AtTop},
+    {"PowerInputWatts", "Power Input Watts", KindNumber, AtTop},
+    {"PowerOutputWatts", "Power Output Watts", KindNumber, AtTop},
+    {"State", "State", KindText, UnderStatus},
+    {"Health", "Health", KindText, UnderStatus},
+};
+
+const RCFCField kSystemBoardFields[] = {
+    {"Name", "Name", KindText, AtTop},
+    {"Manufacturer", "Manufacturer", KindText, UnderPlatformOem},
+    {"Model", "Model", KindText, AtTop},
+    {"PartNumber", "Part Number", KindText, AtTop},
+    {"SerialNumber", "Serial Number", KindText, UnderPlatformOem},
+};
+
+const RCFCField kDriveFields[] = {
+    {"Name", "Name", KindText, AtTop},
+    {"Id", "Id", KindText, AtTop},
+    {"Model", "Model", KindText, AtTop},
+    {"BlockSizeBytes", "Block Size(Byte)", KindNumber, AtTop},
+    {"CapableSpeedGbs", "Capable Speed(Gbs)", KindNumber, AtTop},
+    {"CapacityBytes", "Capacity", KindCapacity, AtTop},
+    {"Manufacturer", "Manufacturer", KindText, AtTop},
+    {"Protocol", "Protocol", KindText, AtTop},
+    {"MediaType", "MediaType", KindText, AtTop},
+    {"SerialNumber", "Serial Number", KindText, AtTop},
+    {"Health", "Health", KindText, UnderStatus},
+    {"State", "State", KindText, UnderStatus},
+};
+
+const std::string& SystemUrl()
+{
+    static const std::string url = "/redfish/v1/Systems/1";
+    return url;
+}
+
+const std::string& ChassisUrl()
+{
+    static const std::string url = "/redfish/v1/Chassis/1";
+    return url;
+}
+
+// A record of `type` from one member, added to the store.
+template <std::size_t N>
+void AddRecord(RRepository& repo, const std::string& type, const boost::json::value& member,
+               const RCFCField (&fields)[N], bool platformV2 = false)
+{
+    RInstance instance(type, type, -1);
+    RCFCRedfish::AddFields(instance, member, fields, N, platformV2);
+    instance.AddToRepository(repo);
+}
+
+// The names of the thermal document's redundancy groups whose set holds the fan.
+std::string FanRedundancy(const boost::json::value& thermal, const boost::json::value& fan)
+{
+    const std::string fanLink = Rest::ReadJsonString(fan, "/@odata.id");
+    const boost::json::array* groups = Rest::FindJsonArray(thermal, "/Redundancy");
+    if (groups == nullptr || fanLink == Rest::JSON_MISSING_TEXT) return Rest::JSON_MISSING_TEXT;
+    std::string names;
+    for (const boost::json::value& group : *groups) {
+        const boost::json::array* set = Rest::FindJsonArray(group, "/RedundancySet");
+        if (set == nullptr) continue;
+        for (const boost::json::value& link : *set) {
+            if (Rest::ReadJsonString(link, "/@odata.id") != fanLink) continue;
+            if (!names.empty()) names += ", ";
+            names += Rest::ReadJsonString(group, "/Name");
+            break;
+        }
+    }
+    return names.empty() ? std::string(Rest::JSON_MISSING_TEXT) : names;
+}
+
+}  // namespace
+
+std::string RCFCHardwareInventoryModule::GetName() { return "CFCHardwareInventoryModule"; }
+
+std::string RCFCHardwareInventoryModule::GetDisplay() { return "CFC HardwareInventory Module"; }
+
+void RCFCHardwareInventoryModule::InitCallbacks()
+{
+    using boost::placeholders::_1;
+    typedef RCFCHardwareInventoryModule M;
+    typeCallbacks["Processor"].enumCallback = boost::bind(&M::EnumProcessorInstances, this, _1);
+    typeCallbacks["Processor"].wrapCallback = boost::bind(&M::WrapProcessor, this, _1);
+    typeCallbacks["Memory"].enumCallback = boost::bind(&M::EnumMemoryInstances, this, _1);
+    typeCallbacks["Memory"].wrapCallback = boost::bind(&M::WrapMemory, this, _1);
+    typeCallbacks["Fan"].enumCallback = boost::bind(&M::EnumFanInstances, this, _1);
+    typeCallbacks["Fan"].wrapCallback = boost::bind(&M::WrapFan, this, _1);
+    typeCallbacks["Power"].enumCallback = boost::bind(&M::EnumPowerInstances, this, _1);
+    typeCallbacks["Power"].wrapCallback = boost::bind(&M::WrapPower, this, _1);
+    typeCallbacks["SystemBoard"].enumCallback = boost::bind(&M::EnumSystemBoardInstances, this, _1);
+    typeCallbacks["SystemBoard"].wrapCallback = boost::bind(&M::WrapSystemBoard, this, _1);
+    typeCallbacks["Drive"].enumCallback = boost::bind(&M::EnumDriveInstances, this, _1);
+    typeCallbacks["Drive"].wrapCallback = boost::bind(&M::WrapDrive, this, _1);
+}
+
+void RCFCHardwareInventoryModule::EnumProcessorInstances(RRepository& repo)
+{
+    RCFCRedfish::Enumerate(repo, "Try to enum processor instances.",
+                           [this, &repo](Rest::RestSession& session) { WalkProcessors(session, repo); });
+}
+
+void RCFCHardwareInventoryModule::EnumMemoryInstances(RRepository& repo)
+{
+    RCFCRedfish::Enumerate(repo, "Try to enum memory instances.",
+                           [this, &repo](Rest::RestSession& session) { WalkMemory(session, repo); });
+}
+
+void RCFCHardwareInventoryModule::EnumFanInstances(RRepository& repo)
+{
+    RCFCRedfish::Enumerate(repo, "Begin to enum Fan instances",
+                           [this, &repo](Rest::RestSession& session) { WalkFans(session, repo); });
+}
+
+void RCFCHardwareInventoryModule::EnumPowerInstances(RRepository& repo)
+{
+    RCFCRedfish::Enumerate(repo, "Begin to enum Power instances",
+                           [this, &repo](Rest::RestSession& session) { WalkPowerSupplies(session, repo); });
+}
+
+void RCFCHardwareInventoryModule::EnumSystemBoardInstances(RRepository& repo)
+{
+    RCFCRedfish::Enumerate(repo, "Begin to enum SystemBoard instances",
+                           [this, &repo](Rest::RestSession& session) { WalkSystemBoard(session, repo); });
+}
+
+void RCFCHardwareInventoryModule::EnumDriveInstances(RRepository& repo)
+{
+    RCFCRedfish::Enumerate(repo, "Begin to enum drive instances",
+                           [this, &repo](Rest::RestSession& session) { WalkDrives(session, repo); });
+}
+
+void RCFCHardwareInventoryModule::WalkProcessors(Rest::RestSession& session, RRepository& repo)
+{
+    const boost::json::value system = RCFCRedfish::FetchJson(session, SystemUrl(), 1);
+    const std::string link = RCFCRedfish::LinkOf(system, "Processors");
+    if (link == Rest::JSON_MISSING_TEXT) return;
+    const boost::json::value collection = RCFCRedfish::FetchJson(session, link, 1);
+    const boost::json::array* members = Rest::FindJsonArray(collection, "/Members");
+    if (members == nullptr) return;
+    RLOG(3) << "Processor/Core";
+    for (const boost::json::value& member : *members) AddRecord(repo, "Processor", member, kProcessorFields);
+}
+
+void RCFCHardwareInventoryModule::WalkMemory(Rest::RestSession& session, RRepository& repo)
+{
+    const boost::json::value system = RCFCRedfish::FetchJson(session, SystemUrl(), 1);
+    const std::string link = RCFCRedfish::LinkOf(system, "Memory");
+    if (link == Rest::JSON_MISSING_TEXT) return;
+    const boost::json::value collection = RCFCRedfish::FetchJson(session, link, 1);
+    const boost::json::array* members = Rest::FindJsonArray(collection, "/Members");
+    if (members == nullptr) return;
+    RLOG(3) << "Memory(total " << members->size() << ")";
+    for (const boost::json::value& member : *members) AddRecord(repo, "Memory", member, kMemoryFields);
+}
+
+void RCFCHardwareInventoryModule::WalkFans(Rest::RestSession& session, RRepository& repo)
+{
+    const boost::json::value chassis = RCFCRedfish::FetchJson(session, ChassisUrl(), 1);
+    const std::string link = RCFCRedfish::LinkOf(chassis, "Thermal");
+    if (link == Rest::JSON_MISSING_TEXT) return;
+    const boost::json::value thermal = RCFCRedfish::FetchJson(session, link, 0);
+    const boost::json::array* fans = Rest::FindJsonArray(thermal, "/Fans");
+    if (fans == nullptr) return;
+    for (const boost::json::value& fan : *fans) {
+        RInstance instance("Fan", "Fan", -1);
+        for (std::size_t i = 0; i < RCFCFieldCount(kFanFields); ++i) {
+            const RCFCField& field = kFanFields[i];
+            const std::string value =
+                i == kFanRedundancyIndex ? FanRedundancy(thermal, fan) : RCFCRedfish::ReadField(fan, field, false);
+            instance.AddProperty(field.key, field.display, value);
+        }
+        instance.AddToRepository(repo);
+    }
+}
+
+void RCFCHardwareInventoryModule::WalkPowerSupplies(Rest::RestSession& session, RRepository& repo)
+{
+    const boost::json::value chassis = RCFCRedfish::FetchJson(session, ChassisUrl(), 1);
+    const std::string link = RCFCRedfish::LinkOf(chassis, "Power");
+    if (link == Rest::JSON_MISSING_TEXT) return;
+    const boost::json::value power = RCFCRedfish::FetchJson(session, link, 0);
+    const boost::json::array* supplies = Rest::FindJsonArray(power, "/PowerSupplies");
+    if (supplies == nullptr) return;
+    for (const boost::json::value& supply : *supplies) AddRecord(repo, "Power", supply, kPowerFields);
+}
+
+void RCFCHardwareInventoryModule::WalkSystemBoard(Rest::RestSession& session, RRepository& repo)
+{
+    const boost::json::value chassis = RCFCRedfish::FetchJson(session, ChassisUrl(), 1);
+    if (!chassis.is_object()) return;
+    const bool platformV2 =
+        XModule::SystemCheck::FromLibraryFolder().IsCFCPlatformV2(repo.GetRestConnectionList().front());
+    AddRecord(repo, "SystemBoard", chassis, kSystemBoardFields, platformV2);
+}
+
+void RCFCHardwareInventoryModule::WalkDrives(Rest::RestSession& session, RRepository& repo)
+{
+    const boost::json::value chassis = RCFCRedfish::FetchJson(session, ChassisUrl(), 1);
+    const boost::json::array* links = Rest::FindJsonArray(chassis, "/Links/Drives");
+    if (links == nullptr) return;
+    for (const boost::json::value& entry : *links) {
+        const std::string link = Rest::ReadJsonString(entry, "/@odata.id");
+        if (link == Rest::JSON_MISSING_TEXT) continue;
+        RLOG(3) << "Get drive info from url " << link;
+        AddRecord(repo, "Drive", RCFCRedfish::FetchJson(session, link, 0), kDriveFields);
+    }
+}
+
+void RCFCHardwareInventoryModule::WrapProcessor(RInstancesWrapper& wrapper)
+{
+    RCFCRedfish::WrapTable(wrapper, kProcessorFields, RCFCFieldCount(kProcessorFields));
+}
+
+void RCFCHardwareInventoryModule::WrapMemory(RInstancesWrapper& wrapper)
+{
+    RCFCRedfish::WrapTable(wrapper, kMemoryFields, RCFCFieldCount(kMemoryFields));
+}
+
+void RCFCHardwareInventoryModule::WrapFan(RInstancesWrapper& wrapper)
+{
+    RCFCRedfish::WrapTable(wrapper, kFanFields, RCFCFieldCount(kFanFields));
+}
+
+void RCFCHardwareInventoryModule::WrapPower(RInstancesWrapper& wrapper)
+{
+    RCFCRedfish::WrapTable(wrapper, kPowerFields, RCFCFieldCount(kPowerFields));
+}
+
+void RCFCHardwareInventoryModule::WrapSystemBoard(RInstancesWrapper& wrapper)
+{
+    RCFCRedfish::WrapTable(wrapper, kSystemBoardFields, RCFCFieldCount(kSystemBoardFields));
+}
+
+void RCFCHardwareInventoryModule::WrapDrive(RInstancesWrapper& wrapper)
+{
+    RCFCRedfish::WrapTable(wrapper, kDriveFields, RCFCFieldCount(kDriveFields));
+}
+
+}  // namespace repository
+}  // namespace kestro

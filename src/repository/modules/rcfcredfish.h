@@ -1,0 +1,85 @@
+#ifndef KESTRO_REPOSITORY_MODULES_RCFCREDFISH_H
+#define KESTRO_REPOSITORY_MODULES_RCFCREDFISH_H
+
+#include <boost/function.hpp>
+#include <boost/json/value.hpp>
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+
+namespace Rest {
+struct RestSession;
+}
+
+namespace kestro {
+namespace repository {
+
+class RRepository;
+class RInstance;
+class RInstancesWrapper;
+
+// How a JSON value becomes a property's text.
+enum RCFCValueKind {
+    KindText,      // strings only
+    KindNumber,    // integers and decimals
+    KindFlag,      // booleans, written "true" or "false"
+    KindScalar,    // a string, a number or a boolean, as text
+    KindCapacity,  // a byte count, written with its unit: "1.5KB"
+    KindJoin       // an array of strings, joined by ", "
+};
+
+// Where a key sits in a member.
+enum RCFCBranch {
+    AtTop,
+    UnderStatus,
+    UnderMemoryLocation,
+    UnderOemPublic,       // "Oem", "Public": the BMC's vendor fields
+    UnderLowerOemPublic,  // "oem", "Public": the thermal document spells it so
+    UnderPlatformOem      // "Oem", "Public" on a second-generation platform, the top level otherwise
+};
+
+// One column of a type's table: the JSON key, the property's display name, and how to read it.
+struct RCFCField {
+    const char* key;
+    const char* display;
+    RCFCValueKind kind;
+    RCFCBranch branch;
+};
+
+// The number of fields of a constant table.
+template <std::size_t N>
+std::size_t RCFCFieldCount(const RCFCField (&)[N])
+{
+    return N;
+}
+
+// What the Redfish modules share: the enumeration with its three failure handlers, the reads of
+// a member into a record, and the row table of a type.
+class RCFCRedfish {
+public:
+    typedef boost::function<void(Rest::RestSession&)> SessionWalk;
+
+    // Logs `startLine`, opens a session on the first REST connection and runs `walk` guarded.
+    static void Enumerate(RRepository& repo, const std::string& startLine, const SessionWalk& walk);
+    // Runs `body`; a failed url, bad JSON or anything else is logged and ends only `body`.
+    static void RunGuarded(const boost::function<void()>& body);
+    // GETs `url` and parses the answer; throws InventoryError or the parser's error.
+    static boost::json::value FetchJson(Rest::RestSession& session, const std::string& url, int levels);
+    // The "@odata.id" of the link object under `key`, or "N/A".
+    static std::string LinkOf(const boost::json::value& doc, const std::string& key);
+
+    static std::string ReadField(const boost::json::value& member, const RCFCField& field, bool platformV2);
+    static void AddFields(RInstance& instance, const boost::json::value& member, const RCFCField* fields,
+                          std::size_t count, bool platformV2);
+    // Row headers of the table's display names, the width split evenly.
+    static void WrapTable(RInstancesWrapper& wrapper, const RCFCField* fields, std::size_t count);
+
+    static std::string FormatCapacity(std::uint64_t bytes);
+    static std::string FormatNumber(const boost::json::value& number);
+};
+
+}  // namespace repository
+}  // namespace kestro
+
+#endif

@@ -1,0 +1,72 @@
+#include "systemtype/systemcheck.h"
+
+#include "kestro/xmodule/kestrodirectory.h"
+#include "repository/rlog.h"
+#include "rest/jsonread.h"
+#include "rest/restsession.h"
+
+namespace XModule {
+
+namespace {
+
+const char* const kServiceRoot = "/redfish/v1";
+const char* const kCfcVendor = "Orvena";
+const std::int64_t kSecondGeneration = 2;
+
+// The service root as JSON, or false with a log line when it can't be had.
+bool ReadServiceRoot(const ConnectionInfo& connection, boost::json::value& root)
+{
+    try {
+        Rest::RestSession session = Rest::MakeRestSession(connection);
+        Rest::RestResult result;
+        Rest::FetchUrl(session, result, kServiceRoot, 0);
+        std::string error;
+        if (Rest::TryParseJson(result.body, root, error)) return true;
+        RLOG(2) << "Service root of " << connection.host << " is not JSON: " << error;
+    } catch (const std::exception& error) {
+        RLOG(2) << "Service root of " << connection.host << " can't be read: " << error.what();
+    }
+    return false;
+}
+
+}  // namespace
+
+SystemCheck::SystemCheck(const std::string& corvaneList, const std::string& amdList, const std::string& cfcList,
+                         const std::string& grantlyList)
+    : corvaneList(corvaneList), amdList(amdList), cfcList(cfcList), grantlyList(grantlyList)
+{
+}
+
+SystemCheck SystemCheck::FromLibraryFolder()
+{
+    // The lists live where the machine-type check reads them: the program's data folder.
+    const std::string folder = KestroDirectory::GetExePath("data/");
+    return SystemCheck(folder + "Corvane_systems_list.txt", folder + "AMD_systems_list.txt",
+                       folder + "CFC_systems_list.txt", folder + "Grantly_systems_list.txt");
+}
+
+bool SystemCheck::IsCFCPlatformV2(const ConnectionInfo& connection)
+{
+    boost::json::value root;
+    return ReadServiceRoot(connection, root) && ServiceRootIsCFCPlatformV2(root);
+}
+
+bool SystemCheck::IsRedfishSupported(const ConnectionInfo& connection)
+{
+    boost::json::value root;
+    return ReadServiceRoot(connection, root) && ServiceRootIsRedfish(root);
+}
+
+bool SystemCheck::ServiceRootIsCFCPlatformV2(const boost::json::value& root)
+{
+    if (Rest::ReadJsonString(root, "/Vendor") != kCfcVendor) return false;
+    return Rest::ReadJsonInt(root, "/Oem/Orvena/PlatformGeneration", 0) >= kSecondGeneration;
+}
+
+bool SystemCheck::ServiceRootIsRedfish(const boost::json::value& root)
+{
+    return root.is_object() && Rest::FindJsonValue(root, "/RedfishVersion") != nullptr &&
+           Rest::FindJsonValue(root, "/RedfishVersion")->is_string();
+}
+
+}  // namespace XModule
