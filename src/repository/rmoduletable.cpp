@@ -1,5 +1,11 @@
 #include "rmoduletable.h"
 
+#include "repository/modules/rcfcbmclogsinventorymodule.h"
+#include "repository/modules/rcfcenvironmentinfoinventorymodule.h"
+#include "repository/modules/rcfcfirmwareinventorymodule.h"
+#include "repository/modules/rcfchardwareinventorymodule.h"
+#include "repository/modules/rcfcipmilogsinventorymodule.h"
+#include "repository/modules/rcfcstoragedeviceinfoinventorymodule.h"
 #include "repository/modules/rdatasourcemodule.h"
 #include "repository/modules/rexecutionlogmodule.h"
 #include "repository/modules/rlegacymodule.h"
@@ -31,9 +37,13 @@ const RowModules kRows[] = {
     {RModuleTable::RowSmm, {Make<RDataSourceModule>}},
     {RModuleTable::RowCmm, {Make<RDataSourceModule>}},
     {RModuleTable::RowCfcInBand,
-     {Make<RDataSourceModule>, Make<RReportHighlightsModule>, Make<RExecutionLogModule>, Make<RLegacyModule>}},
+     {Make<RCFCHardwareInventoryModule>, Make<RCFCFirmwareInventoryModule>, Make<RCFCEnvironmentInfoInventoryModule>,
+      Make<RCFCIPMILogsInventoryModule>, Make<RCFCBmcLogsInventoryModule>, Make<RCFCStorageDeviceInfoInventoryModule>,
+      Make<RDataSourceModule>, Make<RReportHighlightsModule>, Make<RExecutionLogModule>, Make<RLegacyModule>}},
     {RModuleTable::RowCfcOob,
-     {Make<RDataSourceModule>, Make<RReportHighlightsModule>, Make<RExecutionLogModule>, Make<RLegacyModule>}},
+     {Make<RCFCHardwareInventoryModule>, Make<RCFCFirmwareInventoryModule>, Make<RCFCEnvironmentInfoInventoryModule>,
+      Make<RCFCIPMILogsInventoryModule>, Make<RCFCBmcLogsInventoryModule>, Make<RCFCStorageDeviceInfoInventoryModule>,
+      Make<RDataSourceModule>, Make<RReportHighlightsModule>, Make<RExecutionLogModule>, Make<RLegacyModule>}},
     {RModuleTable::RowOrdinary, {Make<RDataSourceModule>, Make<RReportHighlightsModule>, Make<RExecutionLogModule>}},
 };
 

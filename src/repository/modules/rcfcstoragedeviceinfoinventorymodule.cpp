@@ -1,0 +1,407 @@
+#include "repository/modules/rcfcstoragedeviceinfoinventorymodule.h"
+
+#include "kestro/repository/rinstance.h"
+#include "kestro/repository/rinstanceswrapper.h"
+#include "kestro/repository/rrepository.h"
+#include "kestro/rest/redfishclient.h"
+#include "repository/modules/rcfcredfish.h"
+#include "repository/rlog.h"
+#include "rest/jsonread.h"
+
+#include <boost/bind/bind.hpp>
+#include <boost/make_shared.hpp>
+
+#include <sstream>
+
+namespace kestro {
+namespace repository {
+
+namespace {
+
+const RCFCField kControllerFields[] = {
+    {"Name", "Name", KindText, AtTop},
+    {"Model", "Model", KindText, AtTop},
+    {"FirmwareVersion", "Firmware Version", KindText, AtTop},
+    {"SpeedGbps", "Speed Gbps", KindNumber, AtTop},
+    {"Manufacturer", "Manufacturer", KindText, AtTop},
+    {"SerialNumber", "Serial Number", KindText, AtTop},
+};
+
+const RCFCField kRaidControllerFields[] = {
+    {"Name", "Name", KindText, AtTop},
+    {"Model", "Model", KindText, AtTop},
+    {"FirmwareVersion", "Firmware Version", KindText, AtTop},
+    {"SpeedGbps", "Speed Gbps", KindNumber, AtTop},
+    {"Manufacturer", "Manufacturer", KindText, AtTop},
+    {"SerialNumber", "Serial Number", KindText, AtTop},
+    {"Health", "Health", KindText, UnderStatus},
+    {"State", "State", KindText, UnderStatus},
+    {"BatteryHealth", "Battery Health", KindText, AtTop},
+    {"BatteryState", "Battery State", KindText, AtTop},
+};
+
+const RCFCField kDiskFields[] = {
+    {"Name", "Name", KindText, AtTop},
+    {"Model", "Model", KindText, AtTop},
+    {"BlockSizeBytes", "Block Size(Byte)", KindNumber, AtTop},
+    {"CapableSpeedGbs", "Capable Speed(Gbs)", KindNumber, AtTop},
+    {"CapacityBytes", "Capacity", KindCapacity, AtTop},
+    {"Manufacturer", "Manufacturer", KindText, AtTop},
+    {"Protocol", "Protocol", KindText, AtTop},
+    {"MediaType", "MediaType", KindText, AtTop},
+    {"SerialNumber", "Serial Number", KindText, AtTop},
+    {"FailurePredicted", "Failure Predicted", KindFlag, AtTop},
+    {"NegotiatedSpeedGbs", "Negotiated Speed(Gbs)", KindNumber, AtTop},
+    {"Slot", "Slot", KindScalar, AtTop},
+    {"Temperature", "Temperature", KindNumber, AtTop},
+    {"Revision", "Revision", KindText, AtTop},
+    {"HotspareType", "Hotspare Type", KindText, AtTop},
+    {"Health", "Health", KindText, UnderStatus},
+    {"State", "State", KindText, UnderStatus},
+    {"FDECapable", "FDECapable", KindFlag, AtTop},
+    {"MediaErrorCount", "Media Error Count", KindNumber, AtTop},
+    {"OtherErrorCount", "Other Error Count", KindNumber, AtTop},
+    {"PreFailCount", "PreFail Count", KindNumber, AtTop},
+};
+
+const RCFCField kVolumeFields[] = {
+    {"DiskDriveId", "Disk Drive Id", KindScalar, AtTop},
+    {"Name", "Name", KindText, AtTop},
+    {"CapacityBytes", "Capacity", KindCapacity, AtTop},
+    {"VolumeRaidLevel", "Volume Raid Level", KindText, AtTop},
+    {"OptimumIOSizeBytes", "OptimumIO Size Bytes", KindNumber, AtTop},
+    {"VolumeType", "Volume Type", KindText, AtTop},
+    {"Health", "Health", KindText, UnderStatus},
+    {"State", "State", KindText, UnderStatus},
+};
+
+const std::vector<std::string> kRawDataHeaders = {"Command", "Description", "RawData", "File Name"};
+const std::vector<unsigned> kRawDataPercents = {20, 20, 40, 20};
+
+const char* const kExpand = "?$expand=.($levels=1)";
+const char* const kStorageUnitKey = "StorageUnit";
+const char* const kFailurePrefix = "Failed to read Rest information in RCFCStorageDeviceInfoInventoryModule::";
+const char* const kStartLine = "Try to enum storage device instances.";
+const char* const kRaidStartLine = "Try to enum raid storage device instances.";
+const int kStorageTimeoutSeconds = 180;
+const int kHttpsPort = 443;
+
+const std::string& StoragesUrl()
+{
+    static const std::string url = "/redfish/v1/Systems/1/Storages";
+    return url;
+}
+
+bool HoldsStorageUnit(const boost::json::value& member)
+{
+    return Rest::FindJsonValue(member, Rest::MakeJsonPointer({kStorageUnitKey})) != nullptr;
+}
+
+void LogReadFailure(const std::string& function, const std::string& suffix)
+{
+    RLOG(1) << kFailurePrefix << function << suffix;
+}
+
+template <std::size_t N>
+void AddRow(RRepository& repo, const std::string& type, const std::string& title, const boost::json::value& member,
+            const RCFCField (&fields)[N])
+{
+    RInstance instance(type, title, -1);
+    RCFCRedfish::AddFields(instance, member, fields, N, false);
+    instance.AddToRepository(repo);
+}
+
+}  // namespace
+
+std::string RCFCStorageDeviceInfoInventoryModule::GetName() { return "CFCStorageDeviceInfoInventoryModule"; }
+
+std::string RCFCStorageDeviceInfoInventoryModule::GetDisplay() { return "CFC Storage Device Info Inventory Module"; }
+
+void RCFCStorageDeviceInfoInventoryModule::InitCallbacks()
+{
+    using boost::placeholders::_1;
+    typedef RCFCStorageDeviceInfoInventoryModule M;
+    typeCallbacks["StorageDevice"].enumCallback = boost::bind(&M::EnumStorageDeviceInstances, this, _1);
+    typeCallbacks["StorageDevice"].wrapCallback = boost::bind(&M::WrapController, this, _1);
+    typeCallbacks["DiskDevice"].enumCallback = boost::bind(&M::EnumDiskDeviceInstances, this, _1);
+    typeCallbacks["DiskDevice"].wrapCallback = boost::bind(&M::WrapDisk, this, _1);
+    typeCallbacks["Volumes"].enumCallback = boost::bind(&M::EnumVolumesInstances, this, _1);
+    typeCallbacks["Volumes"].wrapCallback = boost::bind(&M::WrapVolume, this, _1);
+    typeCallbacks["StorageUnitDiskDevice"].enumCallback =
+        boost::bind(&M::EnumStorageUnitDiskDeviceInstances, this, _1);
+    typeCallbacks["StorageUnitDiskDevice"].wrapCallback = boost::bind(&M::WrapDisk, this, _1);
+    typeCallbacks["StorageUnitVolume"].enumCallback = boost::bind(&M::EnumStorageUnitVolumeDeviceInstances, this, _1);
+    typeCallbacks["StorageUnitVolume"].wrapCallback = boost::bind(&M::WrapVolume, this, _1);
+    typeCallbacks["RaidStorageDevice"].enumCallback = boost::bind(&M::EnumRaidStorageDeviceInstances, this, _1);
+    typeCallbacks["RaidStorageDevice"].wrapCallback = boost::bind(&M::WrapRaidController, this, _1);
+    typeCallbacks["RAIDSHOWRawData"].enumCallback = boost::bind(&M::EnumRAIDSHOWRawDataInstances, this, _1);
+    typeCallbacks["RAIDSHOWRawData"].wrapCallback = boost::bind(&M::WrapRawData, this, _1);
+}
+
+RCFCStorageDeviceInfoInventoryModule::StorageClient
+RCFCStorageDeviceInfoInventoryModule::MakeStorageClient(const XModule::ConnectionInfo& connection)
+{
+    StorageClient storage;
+    try {
+        storage.client = boost::make_shared<Rest::RedfishClient>();
+    } catch (const std::exception& error) {
+        RLOG(1) << "No Redfish client for " << connection.host << ": " << error.what();
+        return storage;
+    }
+    storage.client->SetCredentials(connection.user, connection.password);
+    storage.client->SetInsecure(true);
+    storage.client->SetTimeout(kStorageTimeoutSeconds);
+    storage.client->SetFollowRedirects(true, -1);
+    storage.client->SetHeader("Accept", "application/json");
+    storage.client->SetHeader("Content-Type", "application/json");
+    std::ostringstream base;
+    base << "https://";
+    if (connection.isIPv6)
+        base << "[" << connection.host << "]";
+    else
+        base << connection.host;
+    base << ":" << (connection.port == 0 ? kHttpsPort : connection.port);
+    storage.baseUrl = base.str();
+    return storage;
+}
+
+std::string RCFCStorageDeviceInfoInventoryModule::GetStorageJson(Rest::RedfishClient& client, const std::string& url)
+{
+    const Rest::RestResult result = client.Get(url);
+    if (result.curlCode == 0 && result.httpCode == 200) return result.body;
+    RLOG(1) << "Failed to get info from url " << url << ", curlCode: " << result.curlCode
+            << ", httpCode: " << result.httpCode << ", body:\n"
+            << result.body;
+    return std::string();
+}
+
+bool RCFCStorageDeviceInfoInventoryModule::OpenStorage(RRepository& repo, const std::string& startLine,
+                                                       StorageClient& storage)
+{
+    RLOG(3) << startLine;
+    const std::vector<XModule::ConnectionInfo>& connections = repo.GetRestConnectionList();
+    if (connections.empty()) {
+        RLOG(1) << "There is no rest connection info in repo.";
+        return false;
+    }
+    storage = MakeStorageClient(connections.front());
+    if (!storage.client) {
+        RLOG(1) << "Get cfc storage aborting due to null redfish transport resource";
+        return false;
+    }
+    return true;
+}
+
+bool RCFCStorageDeviceInfoInventoryModule::ReadStorages(RRepository& repo, const std::string& startLine,
+                                                        const std::string& function, StorageClient& storage,
+                                                        boost::json::value& storages)
+{
+    if (!OpenStorage(repo, startLine, storage)) return false;
+    const std::string text = GetStorageJson(*storage.client, storage.baseUrl + StoragesUrl() + kExpand);
+    const bool traced = function == "EnumStorageDeviceInstances";
+    if (traced) RLOG(4) << "before assgin to storage json value";
+    std::string error;
+    if (!Rest::TryParseJson(text, storages, error)) {
+        LogReadFailure(function, "");
+        return false;
+    }
+    if (traced) RLOG(4) << " Enter get storage json value success";
+    return true;
+}
+
+bool RCFCStorageDeviceInfoInventoryModule::FetchMember(StorageClient& storage, const std::string& url,
+                                                       const std::string& function, const std::string& suffix,
+                                                       boost::json::value& out)
+{
+    std::string error;
+    if (Rest::TryParseJson(GetStorageJson(*storage.client, storage.baseUrl + url), out, error)) return true;
+    LogReadFailure(function, suffix);
+    return false;
+}
+
+void RCFCStorageDeviceInfoInventoryModule::WalkRaidMembers(RRepository& repo, RaidPart part,
+                                                           const std::string& startLine, const std::string& function)
+{
+    RCFCRedfish::RunGuarded([&]() {
+        StorageClient storage;
+        boost::json::value storages;
+        if (!ReadStorages(repo, startLine, function, storage, storages)) return;
+        const boost::json::array* members = Rest::FindJsonArray(storages, "/Members");
+        if (members == nullptr) return;
+        for (const boost::json::value& member : *members)
+            if (!HoldsStorageUnit(member)) GetRaidInfo(repo, storage, member, part);
+    });
+}
+
+void RCFCStorageDeviceInfoInventoryModule::WalkUnitMembers(RRepository& repo, UnitPart part,
+                                                           const std::string& function)
+{
+    RCFCRedfish::RunGuarded([&]() {
+        StorageClient storage;
+        boost::json::value storages;
+        if (!ReadStorages(repo, kStartLine, function, storage, storages)) return;
+        const boost::json::array* members = Rest::FindJsonArray(storages, "/Members");
+        if (members == nullptr) return;
+        for (const boost::json::value& member : *members) {
+            if (!HoldsStorageUnit(member)) continue;
+            if (part == UnitControllers) {
+                RLOG(3) << "Try to get storageunit info";
+                GetStorageUnitInfo(repo, member);
+            } else if (part == UnitDisks) {
+                GetStorageUnitDiskInfo(repo, storage, member);
+            } else {
+                GetStorageUnitVolumeInfo(repo, storage, member);
+            }
+        }
+    });
+}
+
+void RCFCStorageDeviceInfoInventoryModule::EnumStorageDeviceInstances(RRepository& repo)
+{
+    WalkUnitMembers(repo, UnitControllers, "EnumStorageDeviceInstances");
+}
+
+void RCFCStorageDeviceInfoInventoryModule::EnumStorageUnitDiskDeviceInstances(RRepository& repo)
+{
+    WalkUnitMembers(repo, UnitDisks, "EnumStorageUnitDiskDeviceInstances");
+}
+
+void RCFCStorageDeviceInfoInventoryModule::EnumStorageUnitVolumeDeviceInstances(RRepository& repo)
+{
+    WalkUnitMembers(repo, UnitVolumes, "EnumStorageUnitVolumeDeviceInstances");
+}
+
+void RCFCStorageDeviceInfoInventoryModule::EnumRaidStorageDeviceInstances(RRepository& repo)
+{
+    WalkRaidMembers(repo, RaidControllers, kRaidStartLine, "EnumRaidStorageDeviceInstances");
+}
+
+void RCFCStorageDeviceInfoInventoryModule::EnumDiskDeviceInstances(RRepository& repo)
+{
+    WalkRaidMembers(repo, RaidDisks, kStartLine, "EnumDiskDeviceInstances");
+}
+
+void RCFCStorageDeviceInfoInventoryModule::EnumVolumesInstances(RRepository& repo)
+{
+    WalkRaidMembers(repo, RaidVolumes, kStartLine, "EnumVolumesInstances");
+}
+
+// The raw data is the BMC's own answer to the expanded storage collection, kept as it came: it
+// holds every controller, drive link and volume link the BMC reported, including fields the
+// tables leave out, for whoever has to look closer.
+void RCFCStorageDeviceInfoInventoryModule::EnumRAIDSHOWRawDataInstances(RRepository& repo)
+{
+    RCFCRedfish::RunGuarded([&]() {
+        StorageClient storage;
+        if (!OpenStorage(repo, kStartLine, storage)) return;
+        const std::string text = GetStorageJson(*storage.client, storage.baseUrl + StoragesUrl() + kExpand);
+        if (text.empty()) return;
+        RInstance instance("RAIDSHOWRawData", "Raid Show Raw Data", -1);
+        instance.AddProperty("Command", "Command", std::string("raid show"));
+        instance.AddProperty("Description", "Description", std::string("Raw Data"));
+        instance.AddProperty("RawData", "RawData", text);
+        instance.AddPropertyAttr("RawData", "raw");
+        instance.AddProperty("Filename", "File Name", std::string("raid_show.txt"));
+        instance.AddToRepository(repo);
+    });
+}
+
+void RCFCStorageDeviceInfoInventoryModule::GetRaidInfo(RRepository& repo, StorageClient& storage,
+                                                       const boost::json::value& member, RaidPart part)
+{
+    RLOG(3) << "Try to get raid info";
+    if (part == RaidControllers) {
+        const boost::json::array* controllers = Rest::FindJsonArray(member, "/StorageControllers");
+        if (controllers == nullptr) {
+            LogReadFailure("GetRaidInfo", "");
+            return;
+        }
+        for (const boost::json::value& controller : *controllers)
+            AddRow(repo, "RaidStorageDevice", "Storage Device", controller, kRaidControllerFields);
+        return;
+    }
+    if (part == RaidDisks) {
+        const boost::json::array* drives = Rest::FindJsonArray(member, "/Drives");
+        if (drives == nullptr) return;
+        for (const boost::json::value& link : *drives) {
+            const std::string url = Rest::ReadJsonString(link, "/@odata.id");
+            if (url == Rest::JSON_MISSING_TEXT) continue;
+            boost::json::value drive;
+            if (!FetchMember(storage, url, "GetRaidInfo", " 1", drive)) return;
+            AddRow(repo, "DiskDevice", "Disk Device", drive, kDiskFields);
+        }
+        return;
+    }
+    const std::string url = RCFCRedfish::LinkOf(member, "Volumes");
+    if (url == Rest::JSON_MISSING_TEXT) return;
+    boost::json::value volumes;
+    if (!FetchMember(storage, url + kExpand, "GetRaidInfo", " 2", volumes)) return;
+    const boost::json::array* entries = Rest::FindJsonArray(volumes, "/Members");
+    if (entries == nullptr) return;
+    for (const boost::json::value& volume : *entries) AddRow(repo, "Volumes", "Volume", volume, kVolumeFields);
+}
+
+void RCFCStorageDeviceInfoInventoryModule::GetStorageUnitInfo(RRepository& repo, const boost::json::value& member)
+{
+    const boost::json::array* controllers = Rest::FindJsonArray(member, "/StorageControllers");
+    if (controllers == nullptr) {
+        LogReadFailure("EnumStorageDeviceInstances", " 1");
+        return;
+    }
+    for (const boost::json::value& controller : *controllers)
+        AddRow(repo, "StorageDevice", "Storage Device", controller, kControllerFields);
+}
+
+void RCFCStorageDeviceInfoInventoryModule::GetStorageUnitDiskInfo(RRepository& repo, StorageClient& storage,
+                                                                  const boost::json::value& member)
+{
+    const std::string url = RCFCRedfish::LinkOf(member, "Drives");
+    if (url == Rest::JSON_MISSING_TEXT) return;
+    boost::json::value drives;
+    if (!FetchMember(storage, url + kExpand, "GetStorageUnitDiskInfo", "", drives)) return;
+    const boost::json::array* entries = Rest::FindJsonArray(drives, "/Members");
+    if (entries == nullptr) return;
+    for (const boost::json::value& drive : *entries)
+        AddRow(repo, "StorageUnitDiskDevice", "Disk Device", drive, kDiskFields);
+}
+
+void RCFCStorageDeviceInfoInventoryModule::GetStorageUnitVolumeInfo(RRepository& repo, StorageClient& storage,
+                                                                    const boost::json::value& member)
+{
+    const std::string url = RCFCRedfish::LinkOf(member, "Volumes");
+    if (url == Rest::JSON_MISSING_TEXT) return;
+    boost::json::value volumes;
+    if (!FetchMember(storage, url + kExpand, "EnumStorageUnitVolumeDeviceInstances", " 1", volumes)) return;
+    const boost::json::array* entries = Rest::FindJsonArray(volumes, "/Members");
+    if (entries == nullptr) return;
+    for (const boost::json::value& volume : *entries)
+        AddRow(repo, "StorageUnitVolume", "Volume", volume, kVolumeFields);
+}
+
+void RCFCStorageDeviceInfoInventoryModule::WrapController(RInstancesWrapper& wrapper)
+{
+    RCFCRedfish::WrapTable(wrapper, kControllerFields, RCFCFieldCount(kControllerFields));
+}
+
+void RCFCStorageDeviceInfoInventoryModule::WrapRaidController(RInstancesWrapper& wrapper)
+{
+    RCFCRedfish::WrapTable(wrapper, kRaidControllerFields, RCFCFieldCount(kRaidControllerFields));
+}
+
+void RCFCStorageDeviceInfoInventoryModule::WrapDisk(RInstancesWrapper& wrapper)
+{
+    RCFCRedfish::WrapTable(wrapper, kDiskFields, RCFCFieldCount(kDiskFields));
+}
+
+void RCFCStorageDeviceInfoInventoryModule::WrapVolume(RInstancesWrapper& wrapper)
+{
+    RCFCRedfish::WrapTable(wrapper, kVolumeFields, RCFCFieldCount(kVolumeFields));
+}
+
+void RCFCStorageDeviceInfoInventoryModule::WrapRawData(RInstancesWrapper& wrapper)
+{
+    wrapper.SetRowHeaders(kRawDataHeaders, kRawDataPercents, false);
+}
+
+}  // namespace repository
+}  // namespace kestro
