@@ -88,6 +88,16 @@ std::string JoinTexts(const boost::json::value* value)
     return joined.empty() ? std::string(Rest::JSON_MISSING_TEXT) : joined;
 }
 
+// Numbers in the same plain form as a number field ("12.12", never "1.212E1").
+std::string ReadScalar(const boost::json::value* value)
+{
+    if (value == nullptr) return Rest::JSON_MISSING_TEXT;
+    if (value->is_string()) return std::string(value->get_string());
+    if (value->is_bool()) return value->get_bool() ? "true" : "false";
+    if (value->is_number()) return RCFCRedfish::FormatNumber(*value);
+    return Rest::JSON_MISSING_TEXT;
+}
+
 }  // namespace
 
 void RCFCRedfish::Enumerate(RRepository& repo, const std::string& startLine, const SessionWalk& walk)
@@ -146,7 +156,7 @@ std::string RCFCRedfish::ReadField(const boost::json::value& member, const RCFCF
         return value->get_bool() ? "true" : "false";
     }
     case KindScalar:
-        return Rest::ReadJsonText(member, pointer);
+        return ReadScalar(Rest::FindJsonValue(member, pointer));
     case KindCapacity:
         return ReadCapacity(Rest::FindJsonValue(member, pointer));
     case KindJoin:
