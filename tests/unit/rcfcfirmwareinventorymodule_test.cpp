@@ -22,6 +22,7 @@ const std::vector<RCFCColumn> kVPDColumns = {
 TEST(RCFCFirmwareInventoryModuleTest, FullTargetListsFirmwareAndTheSystemVPD)
 {
     RCFCTarget target("full");
+    target.Bmc().SetPageSize(3);
     RCFCFirmwareInventoryModule module;
     LogCapture capture;
     target.Run(module, "FirmwareInventory");
@@ -33,8 +34,8 @@ TEST(RCFCFirmwareInventoryModuleTest, FullTargetListsFirmwareAndTheSystemVPD)
     ASSERT_EQ(8u, firmware.size());
     EXPECT_EQ((std::vector<std::string>{"BMC (Primary)", "3.42", "2026-08-14"}), firmware[0]);
     EXPECT_EQ((std::vector<std::string>{"Power Supply 1", "7.51", "N/A"}), firmware[7]);
-    // One expanded request gives every member.
-    EXPECT_EQ(1, target.Bmc().RequestCount("/redfish/v1/UpdateService/FirmwareInventory"));
+    // Three expanded pages give every member.
+    EXPECT_EQ(3, target.Bmc().RequestCount("/redfish/v1/UpdateService/FirmwareInventory"));
     EXPECT_EQ(0, target.Bmc().RequestCount("/redfish/v1/UpdateService/FirmwareInventory/UEFI"));
 
     const auto vpd = ExpectRows(target.Repo(), "SystemVPD", kVPDColumns);

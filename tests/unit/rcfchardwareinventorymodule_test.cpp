@@ -58,6 +58,8 @@ void RunAll(RCFCTarget& target, RCFCHardwareInventoryModule& module)
 TEST(RCFCHardwareInventoryModuleTest, FullTargetGivesEveryTypeInItsShape)
 {
     RCFCTarget target("full");
+    // Memory comes in four pages of five.
+    target.Bmc().SetPageSize(5);
     RCFCHardwareInventoryModule module;
     LogCapture capture;
     RunAll(target, module);

@@ -217,14 +217,11 @@ void RCFCEnvironmentInfoInventoryModule::WalkReadings(Rest::RestSession& session
 
 void RCFCEnvironmentInfoInventoryModule::WalkLEDs(Rest::RestSession& session, RRepository& repo)
 {
-    const boost::json::value leds = RCFCRedfish::FetchJson(session, LEDsUrl(), 1);
-    const boost::json::array* members = Rest::FindJsonArray(leds, "/Members");
-    if (members == nullptr) return;
-    for (const boost::json::value& led : *members) {
+    Rest::WalkCollection(session, LEDsUrl(), Rest::WalkExpanded, [&repo](const boost::json::value& led) {
         RInstance instance("LED", "LED", -1);
         RCFCRedfish::AddFields(instance, led, kLEDFields, RCFCFieldCount(kLEDFields), false);
         instance.AddToRepository(repo);
-    }
+    });
 }
 
 void RCFCEnvironmentInfoInventoryModule::WrapDiscreteSensor(RInstancesWrapper& wrapper)

@@ -89,15 +89,11 @@ void RCFCFirmwareInventoryModule::EnumVPDInstances(RRepository& repo)
 
 void RCFCFirmwareInventoryModule::WalkFirmware(Rest::RestSession& session, RRepository& repo)
 {
-    const boost::json::value inventory = RCFCRedfish::FetchJson(session, FirmwareUrl(), 1);
-    const boost::json::array* members = Rest::FindJsonArray(inventory, "/Members");
-    if (members == nullptr) return;
-    for (const boost::json::value& member : *members) {
+    Rest::WalkCollection(session, FirmwareUrl(), Rest::WalkExpanded, [&repo](const boost::json::value& member) {
         RInstance instance("FirmwareInventory", "Firmware Inventory", -1);
-        RCFCRedfish::AddFields(instance, member, kFirmwareFields, RCFCFieldCount(kFirmwareFields),
-                               false);
+        RCFCRedfish::AddFields(instance, member, kFirmwareFields, RCFCFieldCount(kFirmwareFields), false);
         instance.AddToRepository(repo);
-    }
+    });
 }
 
 void RCFCFirmwareInventoryModule::ReadSystemVPD(Rest::RestSession& session, RRepository& repo)

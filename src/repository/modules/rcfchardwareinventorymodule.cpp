@@ -211,11 +211,10 @@ void RCFCHardwareInventoryModule::WalkProcessors(Rest::RestSession& session, RRe
     const boost::json::value system = RCFCRedfish::FetchJson(session, SystemUrl(), 1);
     const std::string link = RCFCRedfish::LinkOf(system, "Processors");
     if (link == Rest::JSON_MISSING_TEXT) return;
-    const boost::json::value collection = RCFCRedfish::FetchJson(session, link, 1);
-    const boost::json::array* members = Rest::FindJsonArray(collection, "/Members");
-    if (members == nullptr) return;
     RLOG(3) << "Processor/Core";
-    for (const boost::json::value& member : *members) AddRecord(repo, "Processor", member, kProcessorFields);
+    // A BMC may page a long collection; every page is walked.
+    Rest::WalkCollection(session, link, Rest::WalkExpanded,
+                         [&repo](const boost::json::value& member) { AddRecord(repo, "Processor", member, kProcessorFields); });
 }
 
 void RCFCHardwareInventoryModule::WalkMemory(Rest::RestSession& session, RRepository& repo)
@@ -223,11 +222,10 @@ void RCFCHardwareInventoryModule::WalkMemory(Rest::RestSession& session, RReposi
     const boost::json::value system = RCFCRedfish::FetchJson(session, SystemUrl(), 1);
     const std::string link = RCFCRedfish::LinkOf(system, "Memory");
     if (link == Rest::JSON_MISSING_TEXT) return;
-    const boost::json::value collection = RCFCRedfish::FetchJson(session, link, 1);
-    const boost::json::array* members = Rest::FindJsonArray(collection, "/Members");
-    if (members == nullptr) return;
-    RLOG(3) << "Memory(total " << members->size() << ")";
-    for (const boost::json::value& member : *members) AddRecord(repo, "Memory", member, kMemoryFields);
+    const std::size_t total = Rest::WalkCollection(
+        session, link, Rest::WalkExpanded,
+        [&repo](const boost::json::value& member) { AddRecord(repo, "Memory", member, kMemoryFields); });
+    RLOG(3) << "Memory(total " << total << ")";
 }
 
 void RCFCHardwareInventoryModule::WalkFans(Rest::RestSession& session, RRepository& repo)

@@ -1,0 +1,117 @@
+#include "support/loopbackbmc.h"
+#include "support/tempdir.h"
+
+#include <gtest/gtest.h>
+
+#include <sys/wait.h>
+
+#include <cstdio>
+#include <string>
+
+// The built tool against a loopback BMC serving the full CFC fixture.
+
+namespace {
+
+const char* const kUser = "USERID";
+const char* const kPassword = "S3cret-Pass";
+
+struct ToolRun {
+    int status;
+    std::string output;
+};
+
+// Runs the tool with no terminal, so a missing password can't be asked for.
+ToolRun RunTool(const std::string& environment, const std::string& arguments)
+{
+    const std::string command = environment + " '" KESTRO_TOOL_PATH "' " + arguments + " 2>&1 </dev/null";
+    ToolRun run{-1, std::string()};
+    FILE* pipe = popen(("setsid sh -c \"" + command + "\"").c_str(), "r");
+    if (!pipe) return run;
+    char buffer[4096];
+    size_t got;
+    while ((got = fread(buffer, 1, sizeof buffer, pipe)) > 0) run.output.append(buffer, got);
+    const int raw = pclose(pipe);
+    run.status = WIFEXITED(raw) ? WEXITSTATUS(raw) : -1;
+    return run;
+}
+
+LoopbackBmc::Options FullBmc()
+{
+    LoopbackBmc::Options options;
+    options.fixtureRoot = std::string(KESTRO_TEST_FIXTURES) + "/bmc/full";
+    options.https = true;
+    options.user = kUser;
+    options.password = kPassword;
+    return options;
+}
+
+}  // namespace
+
+TEST(KestroRedfishTest, InventoryOfABmcWritesItsRecordsAndNeverThePassword)
+{
+    LoopbackBmc bmc(FullBmc());
+    bmc.Start();
+    TempDir dir;
+    const std::string address = "127.0.0.1:" + std::to_string(bmc.Port());
+
+    const ToolRun run = RunTool("", "inventory --redfish https://" + std::string(kUser) + ":" + kPassword + "@" + address +
+                                        " --output " + dir.Path() + "/oob");
+    ASSERT_EQ(0, run.status) << run.output;
+    EXPECT_NE(std::string::npos, run.output.find("  Memory: 16\n"));
+    EXPECT_NE(std::string::npos, run.output.find("  NumericSensor: 19\n"));
+    EXPECT_NE(std::string::npos, run.output.find("  StorageUnitDiskDevice: 2\n"));
+    const std::string xml = dir.Read("oob/inventory.xml");
+    EXPECT_NE(std::string::npos, xml.find("<mode>cfc_oob</mode>"));
+    EXPECT_NE(std::string::npos, xml.find("J30A1K2M"));
+    EXPECT_EQ(std::string::npos, dir.Read("oob/kestro.log").find(kPassword));
+    EXPECT_EQ(std::string::npos, xml.find(kPassword));
+
+    // The password from the environment, and an in-band case by name.
+    const ToolRun inBand = RunTool(std::string("KESTRO_PASSWORD=") + kPassword,
+                                   "inventory --redfish https://" + std::string(kUser) + "@" + address +
+                                       " --case cfc_rhel --group firmware --output " + dir.Path() + "/rhel");
+    ASSERT_EQ(0, inBand.status) << inBand.output;
+    EXPECT_NE(std::string::npos, dir.Read("rhel/inventory.xml").find("<mode>cfc_rhel</mode>"));
+    EXPECT_NE(std::string::npos, inBand.output.find("  FirmwareInventory: 8\n"));
+    EXPECT_EQ(std::string::npos, inBand.output.find("  Memory:"));
+}
+
+TEST(KestroRedfishTest, EachWayToFailHasItsOwnStatus)
+{
+    LoopbackBmc bmc(FullBmc());
+    bmc.Start();
+    TempDir dir;
+    const std::string address = "127.0.0.1:" + std::to_string(bmc.Port());
+    const std::string out = " --output " + dir.Path() + "/out";
+    const struct {
+        std::string environment;
+        std::string arguments;
+        int status;
+        const char* words;
+    } cases[] = {
+        {"", "inventory --redfish 'not an address'" + out, 53, "Please check the format"},
+        {"", "inventory --redfish ftp://u:p@" + address + out, 53, "must begin with https://"},
+        {"", "inventory --redfish https://" + address + out, 53, "names no user"},
+        {"", "inventory --redfish https://" + std::string(kUser) + ":x@" + address + " --case oob" + out, 5,
+         "--case takes"},
+        {"", "inventory --redfish https://" + std::string(kUser) + "@" + address + out, 5, "no password"},
+        {"", "inventory --redfish https://" + std::string(kUser) + ":wrong@" + address + out, 12,
+         "Authentication failed."},
+        {"", "inventory --redfish https://" + std::string(kUser) + ":" + kPassword + "@" + address + " --ca-file " +
+                 dir.Write("other-ca.pem", "") + out,
+         36, "Failed to verify the certificate"},
+        {"", "inventory --redfish https://" + std::string(kUser) + ":" + kPassword + "@127.0.0.1:1" + out, 13,
+         "Connection failed."},
+    };
+    for (const auto& c : cases) {
+        const ToolRun run = RunTool(c.environment, c.arguments);
+        EXPECT_EQ(c.status, run.status) << c.arguments << "\n" << run.output;
+        EXPECT_NE(std::string::npos, run.output.find(c.words)) << c.arguments << "\n" << run.output;
+    }
+
+    // The certificate the BMC really serves lets the inventory go on.
+    const ToolRun trusted =
+        RunTool("", "inventory --redfish https://" + std::string(kUser) + ":" + kPassword + "@" + address +
+                        " --ca-file " + dir.Write("bmc.pem", bmc.CertificatePem()) + " --group firmware" + out);
+    EXPECT_EQ(0, trusted.status) << trusted.output;
+}
