@@ -1,9 +1,19 @@
 #include "kestro/repository/rinstance.h"
+#include "kestro/repository/rinstanceswrapper.h"
+#include "rcfctestsupport.h"
+#include "repository/modules/rcfcbmclogsinventorymodule.h"
+#include "repository/modules/rcfcenvironmentinfoinventorymodule.h"
+#include "repository/modules/rcfcfirmwareinventorymodule.h"
+#include "repository/modules/rcfchardwareinventorymodule.h"
+#include "repository/modules/rcfcipmilogsinventorymodule.h"
 #include "repository/modules/rcfcredfish.h"
+#include "repository/modules/rcfcstoragedeviceinfoinventorymodule.h"
+#include "support/logcapture.h"
 
 #include <gtest/gtest.h>
 
 #include <boost/json/parse.hpp>
+#include <boost/make_shared.hpp>
 
 using namespace kestro::repository;
 
@@ -68,4 +78,32 @@ TEST(RCFCRedfishTest, FieldsAreReadFromTheirBranchByTheirKind)
     };
     for (const auto& c : cases)
         EXPECT_EQ(c.text, RCFCRedfish::ReadField(member, c.field, c.platformV2)) << c.field.key << " " << c.field.kind;
+}
+
+TEST(RCFCRedfishTest, EveryTypeOfTheFamilyHasATableThatFitsItsRecords)
+{
+    RCFCTarget target("full", true);
+    std::vector<boost::shared_ptr<RModule> > modules = {
+        boost::make_shared<RCFCHardwareInventoryModule>(), boost::make_shared<RCFCFirmwareInventoryModule>(),
+        boost::make_shared<RCFCEnvironmentInfoInventoryModule>(), boost::make_shared<RCFCIPMILogsInventoryModule>(),
+        boost::make_shared<RCFCBmcLogsInventoryModule>(), boost::make_shared<RCFCStorageDeviceInfoInventoryModule>()};
+    LogCapture capture;
+    std::size_t types = 0;
+    for (const boost::shared_ptr<RModule>& module : modules) {
+        std::vector<std::string> names;
+        module->EnumTypes(names);
+        for (const std::string& type : names) {
+            target.Run(*module, type);
+            const RModule::WrapCallback wrap = module->FindWrapCallback(type);
+            ASSERT_FALSE(wrap.empty()) << type;
+            std::vector<RInstance*> records = target.Repo().GetInstances(type);
+            EXPECT_FALSE(records.empty()) << type;
+            capture.Clear();
+            RInstancesWrapper wrapper(type, records, wrap);
+            EXPECT_EQ(0, capture.Count("different sizes")) << type;
+            target.Repo().FreeInstances(records);
+            ++types;
+        }
+    }
+    EXPECT_EQ(25u, types);
 }

@@ -107,17 +107,17 @@ void RCFCEnvironmentInfoInventoryModule::InitCallbacks()
     using boost::placeholders::_1;
     typedef RCFCEnvironmentInfoInventoryModule M;
     typeCallbacks["DiscreteSensor"].enumCallback = boost::bind(&M::EnumDiscreteSensorInstances, this, _1);
-    typeCallbacks["DiscreteSensor"].wrapCallback = boost::bind(&M::WrapDiscreteSensor, this, _1);
+    typeCallbacks["DiscreteSensor"].wrapCallback = RCFCRedfish::TableForm(kDiscreteSensorFields, RCFCFieldCount(kDiscreteSensorFields));
     typeCallbacks["FanSensor"].enumCallback = boost::bind(&M::EnumFanSensorInstances, this, _1);
-    typeCallbacks["FanSensor"].wrapCallback = boost::bind(&M::WrapFanSensor, this, _1);
+    typeCallbacks["FanSensor"].wrapCallback = RCFCRedfish::TableForm(kFanSensorFields, RCFCFieldCount(kFanSensorFields));
     typeCallbacks["LED"].enumCallback = boost::bind(&M::EnumLEDInstances, this, _1);
-    typeCallbacks["LED"].wrapCallback = boost::bind(&M::WrapLED, this, _1);
+    typeCallbacks["LED"].wrapCallback = RCFCRedfish::TableForm(kLEDFields, RCFCFieldCount(kLEDFields));
     typeCallbacks["NumericSensor"].enumCallback = boost::bind(&M::EnumNumericSensorInstances, this, _1);
-    typeCallbacks["NumericSensor"].wrapCallback = boost::bind(&M::WrapNumericSensor, this, _1);
+    typeCallbacks["NumericSensor"].wrapCallback = RCFCRedfish::TableForm(kNumericSensorFields, RCFCFieldCount(kNumericSensorFields));
     typeCallbacks["PowerSensor"].enumCallback = boost::bind(&M::EnumPowerSensorInstances, this, _1);
-    typeCallbacks["PowerSensor"].wrapCallback = boost::bind(&M::WrapPowerSensor, this, _1);
+    typeCallbacks["PowerSensor"].wrapCallback = RCFCRedfish::TableForm(kPowerSensorFields, RCFCFieldCount(kPowerSensorFields));
     typeCallbacks["TemperatureSensor"].enumCallback = boost::bind(&M::EnumTemperatureSensorInstances, this, _1);
-    typeCallbacks["TemperatureSensor"].wrapCallback = boost::bind(&M::WrapTemperatureSensor, this, _1);
+    typeCallbacks["TemperatureSensor"].wrapCallback = RCFCRedfish::TableForm(kTemperatureSensorFields, RCFCFieldCount(kTemperatureSensorFields));
 }
 
 void RCFCEnvironmentInfoInventoryModule::EnumDiscreteSensorInstances(RRepository& repo)
@@ -222,36 +222,6 @@ void RCFCEnvironmentInfoInventoryModule::WalkLEDs(Rest::RestSession& session, RR
         RCFCRedfish::AddFields(instance, led, kLEDFields, RCFCFieldCount(kLEDFields), false);
         instance.AddToRepository(repo);
     });
-}
-
-void RCFCEnvironmentInfoInventoryModule::WrapDiscreteSensor(RInstancesWrapper& wrapper)
-{
-    RCFCRedfish::WrapTable(wrapper, kDiscreteSensorFields, RCFCFieldCount(kDiscreteSensorFields));
-}
-
-void RCFCEnvironmentInfoInventoryModule::WrapNumericSensor(RInstancesWrapper& wrapper)
-{
-    RCFCRedfish::WrapTable(wrapper, kNumericSensorFields, RCFCFieldCount(kNumericSensorFields));
-}
-
-void RCFCEnvironmentInfoInventoryModule::WrapFanSensor(RInstancesWrapper& wrapper)
-{
-    RCFCRedfish::WrapTable(wrapper, kFanSensorFields, RCFCFieldCount(kFanSensorFields));
-}
-
-void RCFCEnvironmentInfoInventoryModule::WrapPowerSensor(RInstancesWrapper& wrapper)
-{
-    RCFCRedfish::WrapTable(wrapper, kPowerSensorFields, RCFCFieldCount(kPowerSensorFields));
-}
-
-void RCFCEnvironmentInfoInventoryModule::WrapTemperatureSensor(RInstancesWrapper& wrapper)
-{
-    RCFCRedfish::WrapTable(wrapper, kTemperatureSensorFields, RCFCFieldCount(kTemperatureSensorFields));
-}
-
-void RCFCEnvironmentInfoInventoryModule::WrapLED(RInstancesWrapper& wrapper)
-{
-    RCFCRedfish::WrapTable(wrapper, kLEDFields, RCFCFieldCount(kLEDFields));
 }
 
 }  // namespace repository

@@ -42,12 +42,6 @@ private:
                       const std::string& fixedUnit);
     void WalkLEDs(Rest::RestSession& session, RRepository& repo);
 
-    void WrapDiscreteSensor(RInstancesWrapper& wrapper);
-    void WrapNumericSensor(RInstancesWrapper& wrapper);
-    void WrapFanSensor(RInstancesWrapper& wrapper);
-    void WrapPowerSensor(RInstancesWrapper& wrapper);
-    void WrapTemperatureSensor(RInstancesWrapper& wrapper);
-    void WrapLED(RInstancesWrapper& wrapper);
 };
 
 }  // namespace repository

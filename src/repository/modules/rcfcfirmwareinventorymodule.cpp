@@ -70,9 +70,9 @@ void RCFCFirmwareInventoryModule::InitCallbacks()
     using boost::placeholders::_1;
     typedef RCFCFirmwareInventoryModule M;
     typeCallbacks["FirmwareInventory"].enumCallback = boost::bind(&M::EnumFirmwareInstances, this, _1);
-    typeCallbacks["FirmwareInventory"].wrapCallback = boost::bind(&M::WrapFirmware, this, _1);
+    typeCallbacks["FirmwareInventory"].wrapCallback = RCFCRedfish::TableForm(kFirmwareFields, RCFCFieldCount(kFirmwareFields));
     typeCallbacks["SystemVPD"].enumCallback = boost::bind(&M::EnumVPDInstances, this, _1);
-    typeCallbacks["SystemVPD"].wrapCallback = boost::bind(&M::WrapVPD, this, _1);
+    typeCallbacks["SystemVPD"].wrapCallback = RCFCRedfish::TableForm(kVPDFields, RCFCFieldCount(kVPDFields));
 }
 
 void RCFCFirmwareInventoryModule::EnumFirmwareInstances(RRepository& repo)
@@ -104,16 +104,6 @@ void RCFCFirmwareInventoryModule::ReadSystemVPD(Rest::RestSession& session, RRep
     instance.AddProperty(kVPDFields[0].key, kVPDFields[0].display, MachineTypeOf(system));
     RCFCRedfish::AddFields(instance, system, kVPDFields + 1, RCFCFieldCount(kVPDFields) - 1, false);
     instance.AddToRepository(repo);
-}
-
-void RCFCFirmwareInventoryModule::WrapFirmware(RInstancesWrapper& wrapper)
-{
-    RCFCRedfish::WrapTable(wrapper, kFirmwareFields, RCFCFieldCount(kFirmwareFields));
-}
-
-void RCFCFirmwareInventoryModule::WrapVPD(RInstancesWrapper& wrapper)
-{
-    RCFCRedfish::WrapTable(wrapper, kVPDFields, RCFCFieldCount(kVPDFields));
 }
 
 }  // namespace repository

@@ -34,8 +34,6 @@ private:
     void EnumVPDInstances(RRepository& repo);
     void WalkFirmware(Rest::RestSession& session, RRepository& repo);
     void ReadSystemVPD(Rest::RestSession& session, RRepository& repo);
-    void WrapFirmware(RInstancesWrapper& wrapper);
-    void WrapVPD(RInstancesWrapper& wrapper);
 };
 
 }  // namespace repository

@@ -157,17 +157,17 @@ void RCFCHardwareInventoryModule::InitCallbacks()
     using boost::placeholders::_1;
     typedef RCFCHardwareInventoryModule M;
     typeCallbacks["Processor"].enumCallback = boost::bind(&M::EnumProcessorInstances, this, _1);
-    typeCallbacks["Processor"].wrapCallback = boost::bind(&M::WrapProcessor, this, _1);
+    typeCallbacks["Processor"].wrapCallback = RCFCRedfish::TableForm(kProcessorFields, RCFCFieldCount(kProcessorFields));
     typeCallbacks["Memory"].enumCallback = boost::bind(&M::EnumMemoryInstances, this, _1);
-    typeCallbacks["Memory"].wrapCallback = boost::bind(&M::WrapMemory, this, _1);
+    typeCallbacks["Memory"].wrapCallback = RCFCRedfish::TableForm(kMemoryFields, RCFCFieldCount(kMemoryFields));
     typeCallbacks["Fan"].enumCallback = boost::bind(&M::EnumFanInstances, this, _1);
-    typeCallbacks["Fan"].wrapCallback = boost::bind(&M::WrapFan, this, _1);
+    typeCallbacks["Fan"].wrapCallback = RCFCRedfish::TableForm(kFanFields, RCFCFieldCount(kFanFields));
     typeCallbacks["Power"].enumCallback = boost::bind(&M::EnumPowerInstances, this, _1);
-    typeCallbacks["Power"].wrapCallback = boost::bind(&M::WrapPower, this, _1);
+    typeCallbacks["Power"].wrapCallback = RCFCRedfish::TableForm(kPowerFields, RCFCFieldCount(kPowerFields));
     typeCallbacks["SystemBoard"].enumCallback = boost::bind(&M::EnumSystemBoardInstances, this, _1);
-    typeCallbacks["SystemBoard"].wrapCallback = boost::bind(&M::WrapSystemBoard, this, _1);
+    typeCallbacks["SystemBoard"].wrapCallback = RCFCRedfish::TableForm(kSystemBoardFields, RCFCFieldCount(kSystemBoardFields));
     typeCallbacks["Drive"].enumCallback = boost::bind(&M::EnumDriveInstances, this, _1);
-    typeCallbacks["Drive"].wrapCallback = boost::bind(&M::WrapDrive, this, _1);
+    typeCallbacks["Drive"].wrapCallback = RCFCRedfish::TableForm(kDriveFields, RCFCFieldCount(kDriveFields));
 }
 
 void RCFCHardwareInventoryModule::EnumProcessorInstances(RRepository& repo)
@@ -279,36 +279,6 @@ void RCFCHardwareInventoryModule::WalkDrives(Rest::RestSession& session, RReposi
         RLOG(3) << "Get drive info from url " << link;
         AddRecord(repo, "Drive", RCFCRedfish::FetchJson(session, link, 0), kDriveFields);
     }
-}
-
-void RCFCHardwareInventoryModule::WrapProcessor(RInstancesWrapper& wrapper)
-{
-    RCFCRedfish::WrapTable(wrapper, kProcessorFields, RCFCFieldCount(kProcessorFields));
-}
-
-void RCFCHardwareInventoryModule::WrapMemory(RInstancesWrapper& wrapper)
-{
-    RCFCRedfish::WrapTable(wrapper, kMemoryFields, RCFCFieldCount(kMemoryFields));
-}
-
-void RCFCHardwareInventoryModule::WrapFan(RInstancesWrapper& wrapper)
-{
-    RCFCRedfish::WrapTable(wrapper, kFanFields, RCFCFieldCount(kFanFields));
-}
-
-void RCFCHardwareInventoryModule::WrapPower(RInstancesWrapper& wrapper)
-{
-    RCFCRedfish::WrapTable(wrapper, kPowerFields, RCFCFieldCount(kPowerFields));
-}
-
-void RCFCHardwareInventoryModule::WrapSystemBoard(RInstancesWrapper& wrapper)
-{
-    RCFCRedfish::WrapTable(wrapper, kSystemBoardFields, RCFCFieldCount(kSystemBoardFields));
-}
-
-void RCFCHardwareInventoryModule::WrapDrive(RInstancesWrapper& wrapper)
-{
-    RCFCRedfish::WrapTable(wrapper, kDriveFields, RCFCFieldCount(kDriveFields));
 }
 
 }  // namespace repository

@@ -37,12 +37,6 @@ private:
     void WalkSystemBoard(Rest::RestSession& session, RRepository& repo);
     void WalkDrives(Rest::RestSession& session, RRepository& repo);
 
-    void WrapProcessor(RInstancesWrapper& wrapper);
-    void WrapMemory(RInstancesWrapper& wrapper);
-    void WrapFan(RInstancesWrapper& wrapper);
-    void WrapPower(RInstancesWrapper& wrapper);
-    void WrapSystemBoard(RInstancesWrapper& wrapper);
-    void WrapDrive(RInstancesWrapper& wrapper);
 };
 
 }  // namespace repository

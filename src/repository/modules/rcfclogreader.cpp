@@ -32,13 +32,8 @@ std::string BlankIfMissing(const std::string& field)
 void RCFCLogReader::Enumerate(RRepository& repo, const std::string& startLine, Source source,
                               const std::string& sourceName, const RecordSink& sink)
 {
-    RLOG(3) << startLine;
-    const std::vector<XModule::ConnectionInfo>& connections = repo.GetRestConnectionList();
-    if (connections.empty()) {
-        RLOG(1) << "There is no rest connection info in repo.";
-        return;
-    }
-    const XModule::ConnectionInfo connection = connections.front();
+    XModule::ConnectionInfo connection;
+    if (!RCFCRedfish::FirstConnection(repo, startLine, connection)) return;
     RCFCRedfish::RunGuarded([&]() {
         XModule::LogmgrRedfishCFC reader(connection);
         std::vector<XModule::SELREDFISHDATACFC> records;

@@ -8,6 +8,7 @@
 #include "rest/jsonread.h"
 #include "rest/restsession.h"
 
+#include <boost/bind/bind.hpp>
 #include <boost/json/parse.hpp>
 #include <boost/system/system_error.hpp>
 
@@ -100,15 +101,23 @@ std::string ReadScalar(const boost::json::value* value)
 
 }  // namespace
 
-void RCFCRedfish::Enumerate(RRepository& repo, const std::string& startLine, const SessionWalk& walk)
+bool RCFCRedfish::FirstConnection(RRepository& repo, const std::string& startLine,
+                                  XModule::ConnectionInfo& connection)
 {
     RLOG(3) << startLine;
     const std::vector<XModule::ConnectionInfo>& connections = repo.GetRestConnectionList();
     if (connections.empty()) {
         RLOG(1) << "There is no rest connection info in repo.";
-        return;
+        return false;
     }
-    const XModule::ConnectionInfo connection = connections.front();
+    connection = connections.front();
+    return true;
+}
+
+void RCFCRedfish::Enumerate(RRepository& repo, const std::string& startLine, const SessionWalk& walk)
+{
+    XModule::ConnectionInfo connection;
+    if (!FirstConnection(repo, startLine, connection)) return;
     RunGuarded([&walk, &connection]() {
         Rest::RestSession session = Rest::MakeRestSession(connection);
         walk(session);
@@ -182,6 +191,12 @@ void RCFCRedfish::WrapTable(RInstancesWrapper& wrapper, const RCFCField* fields,
     std::vector<unsigned> percents(count, kWholeWidth / columns);
     percents.front() += kWholeWidth % columns;
     wrapper.SetRowHeaders(headers, percents, true);
+}
+
+RModule::WrapCallback RCFCRedfish::TableForm(const RCFCField* fields, std::size_t count)
+{
+    using boost::placeholders::_1;
+    return boost::bind(&RCFCRedfish::WrapTable, _1, fields, count);
 }
 
 std::string RCFCRedfish::FormatCapacity(std::uint64_t bytes)

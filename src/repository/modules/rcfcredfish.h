@@ -1,6 +1,9 @@
 #ifndef KESTRO_REPOSITORY_MODULES_RCFCREDFISH_H
 #define KESTRO_REPOSITORY_MODULES_RCFCREDFISH_H
 
+#include "kestro/repository/rmodule.h"
+#include "kestro/xmodule/connectioninfo.h"
+
 #include <boost/function.hpp>
 #include <boost/json/value.hpp>
 
@@ -60,6 +63,8 @@ class RCFCRedfish {
 public:
     typedef boost::function<void(Rest::RestSession&)> SessionWalk;
 
+    // Logs `startLine` and takes the first REST connection; false after logging that there is none.
+    static bool FirstConnection(RRepository& repo, const std::string& startLine, XModule::ConnectionInfo& connection);
     // Logs `startLine`, opens a session on the first REST connection and runs `walk` guarded.
     static void Enumerate(RRepository& repo, const std::string& startLine, const SessionWalk& walk);
     // Runs `body`; a failed url, bad JSON or anything else is logged and ends only `body`.
@@ -74,6 +79,8 @@ public:
                           std::size_t count, bool platformV2);
     // Row headers of the table's display names, the width split evenly.
     static void WrapTable(RInstancesWrapper& wrapper, const RCFCField* fields, std::size_t count);
+    // A wrap callback that gives a type the row table of `fields`.
+    static RModule::WrapCallback TableForm(const RCFCField* fields, std::size_t count);
 
     static std::string FormatCapacity(std::uint64_t bytes);
     static std::string FormatNumber(const boost::json::value& number);

@@ -122,18 +122,18 @@ void RCFCStorageDeviceInfoInventoryModule::InitCallbacks()
     using boost::placeholders::_1;
     typedef RCFCStorageDeviceInfoInventoryModule M;
     typeCallbacks["StorageDevice"].enumCallback = boost::bind(&M::EnumStorageDeviceInstances, this, _1);
-    typeCallbacks["StorageDevice"].wrapCallback = boost::bind(&M::WrapController, this, _1);
+    typeCallbacks["StorageDevice"].wrapCallback = RCFCRedfish::TableForm(kControllerFields, RCFCFieldCount(kControllerFields));
     typeCallbacks["DiskDevice"].enumCallback = boost::bind(&M::EnumDiskDeviceInstances, this, _1);
-    typeCallbacks["DiskDevice"].wrapCallback = boost::bind(&M::WrapDisk, this, _1);
+    typeCallbacks["DiskDevice"].wrapCallback = RCFCRedfish::TableForm(kDiskFields, RCFCFieldCount(kDiskFields));
     typeCallbacks["Volumes"].enumCallback = boost::bind(&M::EnumVolumesInstances, this, _1);
-    typeCallbacks["Volumes"].wrapCallback = boost::bind(&M::WrapVolume, this, _1);
+    typeCallbacks["Volumes"].wrapCallback = RCFCRedfish::TableForm(kVolumeFields, RCFCFieldCount(kVolumeFields));
     typeCallbacks["StorageUnitDiskDevice"].enumCallback =
         boost::bind(&M::EnumStorageUnitDiskDeviceInstances, this, _1);
-    typeCallbacks["StorageUnitDiskDevice"].wrapCallback = boost::bind(&M::WrapDisk, this, _1);
+    typeCallbacks["StorageUnitDiskDevice"].wrapCallback = RCFCRedfish::TableForm(kDiskFields, RCFCFieldCount(kDiskFields));
     typeCallbacks["StorageUnitVolume"].enumCallback = boost::bind(&M::EnumStorageUnitVolumeDeviceInstances, this, _1);
-    typeCallbacks["StorageUnitVolume"].wrapCallback = boost::bind(&M::WrapVolume, this, _1);
+    typeCallbacks["StorageUnitVolume"].wrapCallback = RCFCRedfish::TableForm(kVolumeFields, RCFCFieldCount(kVolumeFields));
     typeCallbacks["RaidStorageDevice"].enumCallback = boost::bind(&M::EnumRaidStorageDeviceInstances, this, _1);
-    typeCallbacks["RaidStorageDevice"].wrapCallback = boost::bind(&M::WrapRaidController, this, _1);
+    typeCallbacks["RaidStorageDevice"].wrapCallback = RCFCRedfish::TableForm(kRaidControllerFields, RCFCFieldCount(kRaidControllerFields));
     typeCallbacks["RAIDSHOWRawData"].enumCallback = boost::bind(&M::EnumRAIDSHOWRawDataInstances, this, _1);
     typeCallbacks["RAIDSHOWRawData"].wrapCallback = boost::bind(&M::WrapRawData, this, _1);
 }
@@ -178,13 +178,9 @@ std::string RCFCStorageDeviceInfoInventoryModule::GetStorageJson(Rest::RedfishCl
 bool RCFCStorageDeviceInfoInventoryModule::OpenStorage(RRepository& repo, const std::string& startLine,
                                                        StorageClient& storage)
 {
-    RLOG(3) << startLine;
-    const std::vector<XModule::ConnectionInfo>& connections = repo.GetRestConnectionList();
-    if (connections.empty()) {
-        RLOG(1) << "There is no rest connection info in repo.";
-        return false;
-    }
-    storage = MakeStorageClient(connections.front());
+    XModule::ConnectionInfo connection;
+    if (!RCFCRedfish::FirstConnection(repo, startLine, connection)) return false;
+    storage = MakeStorageClient(connection);
     if (!storage.client) {
         RLOG(1) << "Get cfc storage aborting due to null redfish transport resource";
         return false;
@@ -376,26 +372,6 @@ void RCFCStorageDeviceInfoInventoryModule::GetStorageUnitVolumeInfo(RRepository&
     if (entries == nullptr) return;
     for (const boost::json::value& volume : *entries)
         AddRow(repo, "StorageUnitVolume", "Volume", volume, kVolumeFields);
-}
-
-void RCFCStorageDeviceInfoInventoryModule::WrapController(RInstancesWrapper& wrapper)
-{
-    RCFCRedfish::WrapTable(wrapper, kControllerFields, RCFCFieldCount(kControllerFields));
-}
-
-void RCFCStorageDeviceInfoInventoryModule::WrapRaidController(RInstancesWrapper& wrapper)
-{
-    RCFCRedfish::WrapTable(wrapper, kRaidControllerFields, RCFCFieldCount(kRaidControllerFields));
-}
-
-void RCFCStorageDeviceInfoInventoryModule::WrapDisk(RInstancesWrapper& wrapper)
-{
-    RCFCRedfish::WrapTable(wrapper, kDiskFields, RCFCFieldCount(kDiskFields));
-}
-
-void RCFCStorageDeviceInfoInventoryModule::WrapVolume(RInstancesWrapper& wrapper)
-{
-    RCFCRedfish::WrapTable(wrapper, kVolumeFields, RCFCFieldCount(kVolumeFields));
 }
 
 void RCFCStorageDeviceInfoInventoryModule::WrapRawData(RInstancesWrapper& wrapper)

@@ -65,10 +65,6 @@ private:
     bool FetchMember(StorageClient& storage, const std::string& url, const std::string& function,
                      const std::string& suffix, boost::json::value& out);
 
-    void WrapController(RInstancesWrapper& wrapper);
-    void WrapRaidController(RInstancesWrapper& wrapper);
-    void WrapDisk(RInstancesWrapper& wrapper);
-    void WrapVolume(RInstancesWrapper& wrapper);
     void WrapRawData(RInstancesWrapper& wrapper);
 };
 
