@@ -54,8 +54,8 @@ TEST(KestroRedfishTest, InventoryOfABmcWritesItsRecordsAndNeverThePassword)
     TempDir dir;
     const std::string address = "127.0.0.1:" + std::to_string(bmc.Port());
 
-    const ToolRun run = RunTool("", "inventory --redfish https://" + std::string(kUser) + ":" + kPassword + "@" + address +
-                                        " --output " + dir.Path() + "/oob");
+    const std::string url = "https://" + std::string(kUser) + ":" + kPassword + "@" + address;
+    const ToolRun run = RunTool("", "inventory --redfish " + url + " --output " + dir.Path() + "/oob");
     ASSERT_EQ(0, run.status) << run.output;
     EXPECT_NE(std::string::npos, run.output.find("  Memory: 16\n"));
     EXPECT_NE(std::string::npos, run.output.find("  NumericSensor: 19\n"));

@@ -70,7 +70,8 @@ TEST(RCFCEnvironmentInfoInventoryModuleTest, FullTargetOverPagesGivesEverySensor
     const auto numeric = ExpectRows(target.Repo(), "NumericSensor", kNumericColumns);
     ASSERT_EQ(19u, numeric.size());
     EXPECT_TRUE(Unique(ColumnOf(target.Repo(), "NumericSensor", "Id")));
-    EXPECT_EQ((std::vector<std::string>{"Volt_0", "P12V", "12.12", "V", "N/A", "13.2", "12.84", "11.16", "10.8", "N/A"}),
+    EXPECT_EQ((std::vector<std::string>{"Volt_0", "P12V", "12.12", "V", "N/A", "13.2", "12.84", "11.16", "10.8",
+                                        "N/A"}),
               numeric[13]);
     EXPECT_EQ((std::vector<std::string>{"Temp_0", "Ambient Temp", "23", "Cel", "45", "43", "40", "N/A", "N/A", "N/A"}),
               numeric[0]);

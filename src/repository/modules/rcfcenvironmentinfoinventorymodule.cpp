@@ -107,17 +107,17 @@ void RCFCEnvironmentInfoInventoryModule::InitCallbacks()
     using boost::placeholders::_1;
     typedef RCFCEnvironmentInfoInventoryModule M;
     typeCallbacks["DiscreteSensor"].enumCallback = boost::bind(&M::EnumDiscreteSensorInstances, this, _1);
-    typeCallbacks["DiscreteSensor"].wrapCallback = RCFCRedfish::TableForm(kDiscreteSensorFields, RCFCFieldCount(kDiscreteSensorFields));
+    typeCallbacks["DiscreteSensor"].wrapCallback = RCFCTableForm(kDiscreteSensorFields);
     typeCallbacks["FanSensor"].enumCallback = boost::bind(&M::EnumFanSensorInstances, this, _1);
-    typeCallbacks["FanSensor"].wrapCallback = RCFCRedfish::TableForm(kFanSensorFields, RCFCFieldCount(kFanSensorFields));
+    typeCallbacks["FanSensor"].wrapCallback = RCFCTableForm(kFanSensorFields);
     typeCallbacks["LED"].enumCallback = boost::bind(&M::EnumLEDInstances, this, _1);
-    typeCallbacks["LED"].wrapCallback = RCFCRedfish::TableForm(kLEDFields, RCFCFieldCount(kLEDFields));
+    typeCallbacks["LED"].wrapCallback = RCFCTableForm(kLEDFields);
     typeCallbacks["NumericSensor"].enumCallback = boost::bind(&M::EnumNumericSensorInstances, this, _1);
-    typeCallbacks["NumericSensor"].wrapCallback = RCFCRedfish::TableForm(kNumericSensorFields, RCFCFieldCount(kNumericSensorFields));
+    typeCallbacks["NumericSensor"].wrapCallback = RCFCTableForm(kNumericSensorFields);
     typeCallbacks["PowerSensor"].enumCallback = boost::bind(&M::EnumPowerSensorInstances, this, _1);
-    typeCallbacks["PowerSensor"].wrapCallback = RCFCRedfish::TableForm(kPowerSensorFields, RCFCFieldCount(kPowerSensorFields));
+    typeCallbacks["PowerSensor"].wrapCallback = RCFCTableForm(kPowerSensorFields);
     typeCallbacks["TemperatureSensor"].enumCallback = boost::bind(&M::EnumTemperatureSensorInstances, this, _1);
-    typeCallbacks["TemperatureSensor"].wrapCallback = RCFCRedfish::TableForm(kTemperatureSensorFields, RCFCFieldCount(kTemperatureSensorFields));
+    typeCallbacks["TemperatureSensor"].wrapCallback = RCFCTableForm(kTemperatureSensorFields);
 }
 
 void RCFCEnvironmentInfoInventoryModule::EnumDiscreteSensorInstances(RRepository& repo)

@@ -70,9 +70,9 @@ void RCFCFirmwareInventoryModule::InitCallbacks()
     using boost::placeholders::_1;
     typedef RCFCFirmwareInventoryModule M;
     typeCallbacks["FirmwareInventory"].enumCallback = boost::bind(&M::EnumFirmwareInstances, this, _1);
-    typeCallbacks["FirmwareInventory"].wrapCallback = RCFCRedfish::TableForm(kFirmwareFields, RCFCFieldCount(kFirmwareFields));
+    typeCallbacks["FirmwareInventory"].wrapCallback = RCFCTableForm(kFirmwareFields);
     typeCallbacks["SystemVPD"].enumCallback = boost::bind(&M::EnumVPDInstances, this, _1);
-    typeCallbacks["SystemVPD"].wrapCallback = RCFCRedfish::TableForm(kVPDFields, RCFCFieldCount(kVPDFields));
+    typeCallbacks["SystemVPD"].wrapCallback = RCFCTableForm(kVPDFields);
 }
 
 void RCFCFirmwareInventoryModule::EnumFirmwareInstances(RRepository& repo)

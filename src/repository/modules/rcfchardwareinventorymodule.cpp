@@ -157,17 +157,17 @@ void RCFCHardwareInventoryModule::InitCallbacks()
     using boost::placeholders::_1;
     typedef RCFCHardwareInventoryModule M;
     typeCallbacks["Processor"].enumCallback = boost::bind(&M::EnumProcessorInstances, this, _1);
-    typeCallbacks["Processor"].wrapCallback = RCFCRedfish::TableForm(kProcessorFields, RCFCFieldCount(kProcessorFields));
+    typeCallbacks["Processor"].wrapCallback = RCFCTableForm(kProcessorFields);
     typeCallbacks["Memory"].enumCallback = boost::bind(&M::EnumMemoryInstances, this, _1);
-    typeCallbacks["Memory"].wrapCallback = RCFCRedfish::TableForm(kMemoryFields, RCFCFieldCount(kMemoryFields));
+    typeCallbacks["Memory"].wrapCallback = RCFCTableForm(kMemoryFields);
     typeCallbacks["Fan"].enumCallback = boost::bind(&M::EnumFanInstances, this, _1);
-    typeCallbacks["Fan"].wrapCallback = RCFCRedfish::TableForm(kFanFields, RCFCFieldCount(kFanFields));
+    typeCallbacks["Fan"].wrapCallback = RCFCTableForm(kFanFields);
     typeCallbacks["Power"].enumCallback = boost::bind(&M::EnumPowerInstances, this, _1);
-    typeCallbacks["Power"].wrapCallback = RCFCRedfish::TableForm(kPowerFields, RCFCFieldCount(kPowerFields));
+    typeCallbacks["Power"].wrapCallback = RCFCTableForm(kPowerFields);
     typeCallbacks["SystemBoard"].enumCallback = boost::bind(&M::EnumSystemBoardInstances, this, _1);
-    typeCallbacks["SystemBoard"].wrapCallback = RCFCRedfish::TableForm(kSystemBoardFields, RCFCFieldCount(kSystemBoardFields));
+    typeCallbacks["SystemBoard"].wrapCallback = RCFCTableForm(kSystemBoardFields);
     typeCallbacks["Drive"].enumCallback = boost::bind(&M::EnumDriveInstances, this, _1);
-    typeCallbacks["Drive"].wrapCallback = RCFCRedfish::TableForm(kDriveFields, RCFCFieldCount(kDriveFields));
+    typeCallbacks["Drive"].wrapCallback = RCFCTableForm(kDriveFields);
 }
 
 void RCFCHardwareInventoryModule::EnumProcessorInstances(RRepository& repo)
@@ -213,8 +213,9 @@ void RCFCHardwareInventoryModule::WalkProcessors(Rest::RestSession& session, RRe
     if (link == Rest::JSON_MISSING_TEXT) return;
     RLOG(3) << "Processor/Core";
     // A BMC may page a long collection; every page is walked.
-    Rest::WalkCollection(session, link, Rest::WalkExpanded,
-                         [&repo](const boost::json::value& member) { AddRecord(repo, "Processor", member, kProcessorFields); });
+    Rest::WalkCollection(session, link, Rest::WalkExpanded, [&repo](const boost::json::value& member) {
+        AddRecord(repo, "Processor", member, kProcessorFields);
+    });
 }
 
 void RCFCHardwareInventoryModule::WalkMemory(Rest::RestSession& session, RRepository& repo)

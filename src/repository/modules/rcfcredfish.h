@@ -86,6 +86,13 @@ public:
     static std::string FormatNumber(const boost::json::value& number);
 };
 
+// The table form of a constant table.
+template <std::size_t N>
+RModule::WrapCallback RCFCTableForm(const RCFCField (&fields)[N])
+{
+    return RCFCRedfish::TableForm(fields, N);
+}
+
 }  // namespace repository
 }  // namespace kestro
 

@@ -122,18 +122,18 @@ void RCFCStorageDeviceInfoInventoryModule::InitCallbacks()
     using boost::placeholders::_1;
     typedef RCFCStorageDeviceInfoInventoryModule M;
     typeCallbacks["StorageDevice"].enumCallback = boost::bind(&M::EnumStorageDeviceInstances, this, _1);
-    typeCallbacks["StorageDevice"].wrapCallback = RCFCRedfish::TableForm(kControllerFields, RCFCFieldCount(kControllerFields));
+    typeCallbacks["StorageDevice"].wrapCallback = RCFCTableForm(kControllerFields);
     typeCallbacks["DiskDevice"].enumCallback = boost::bind(&M::EnumDiskDeviceInstances, this, _1);
-    typeCallbacks["DiskDevice"].wrapCallback = RCFCRedfish::TableForm(kDiskFields, RCFCFieldCount(kDiskFields));
+    typeCallbacks["DiskDevice"].wrapCallback = RCFCTableForm(kDiskFields);
     typeCallbacks["Volumes"].enumCallback = boost::bind(&M::EnumVolumesInstances, this, _1);
-    typeCallbacks["Volumes"].wrapCallback = RCFCRedfish::TableForm(kVolumeFields, RCFCFieldCount(kVolumeFields));
+    typeCallbacks["Volumes"].wrapCallback = RCFCTableForm(kVolumeFields);
     typeCallbacks["StorageUnitDiskDevice"].enumCallback =
         boost::bind(&M::EnumStorageUnitDiskDeviceInstances, this, _1);
-    typeCallbacks["StorageUnitDiskDevice"].wrapCallback = RCFCRedfish::TableForm(kDiskFields, RCFCFieldCount(kDiskFields));
+    typeCallbacks["StorageUnitDiskDevice"].wrapCallback = RCFCTableForm(kDiskFields);
     typeCallbacks["StorageUnitVolume"].enumCallback = boost::bind(&M::EnumStorageUnitVolumeDeviceInstances, this, _1);
-    typeCallbacks["StorageUnitVolume"].wrapCallback = RCFCRedfish::TableForm(kVolumeFields, RCFCFieldCount(kVolumeFields));
+    typeCallbacks["StorageUnitVolume"].wrapCallback = RCFCTableForm(kVolumeFields);
     typeCallbacks["RaidStorageDevice"].enumCallback = boost::bind(&M::EnumRaidStorageDeviceInstances, this, _1);
-    typeCallbacks["RaidStorageDevice"].wrapCallback = RCFCRedfish::TableForm(kRaidControllerFields, RCFCFieldCount(kRaidControllerFields));
+    typeCallbacks["RaidStorageDevice"].wrapCallback = RCFCTableForm(kRaidControllerFields);
     typeCallbacks["RAIDSHOWRawData"].enumCallback = boost::bind(&M::EnumRAIDSHOWRawDataInstances, this, _1);
     typeCallbacks["RAIDSHOWRawData"].wrapCallback = boost::bind(&M::WrapRawData, this, _1);
 }
@@ -328,13 +328,8 @@ void RCFCStorageDeviceInfoInventoryModule::GetRaidInfo(RRepository& repo, Storag
         }
         return;
     }
-    const std::string url = RCFCRedfish::LinkOf(member, "Volumes");
-    if (url == Rest::JSON_MISSING_TEXT) return;
-    boost::json::value volumes;
-    if (!FetchMember(storage, url + kExpand, "GetRaidInfo", " 2", volumes)) return;
-    const boost::json::array* entries = Rest::FindJsonArray(volumes, "/Members");
-    if (entries == nullptr) return;
-    for (const boost::json::value& volume : *entries) AddRow(repo, "Volumes", "Volume", volume, kVolumeFields);
+    AddLinkedMembers(repo, storage, member, "Volumes", "GetRaidInfo", " 2",
+                     LinkedRows{"Volumes", "Volume", kVolumeFields, RCFCFieldCount(kVolumeFields)});
 }
 
 void RCFCStorageDeviceInfoInventoryModule::GetStorageUnitInfo(RRepository& repo, const boost::json::value& member)
@@ -351,27 +346,33 @@ void RCFCStorageDeviceInfoInventoryModule::GetStorageUnitInfo(RRepository& repo,
 void RCFCStorageDeviceInfoInventoryModule::GetStorageUnitDiskInfo(RRepository& repo, StorageClient& storage,
                                                                   const boost::json::value& member)
 {
-    const std::string url = RCFCRedfish::LinkOf(member, "Drives");
-    if (url == Rest::JSON_MISSING_TEXT) return;
-    boost::json::value drives;
-    if (!FetchMember(storage, url + kExpand, "GetStorageUnitDiskInfo", "", drives)) return;
-    const boost::json::array* entries = Rest::FindJsonArray(drives, "/Members");
-    if (entries == nullptr) return;
-    for (const boost::json::value& drive : *entries)
-        AddRow(repo, "StorageUnitDiskDevice", "Disk Device", drive, kDiskFields);
+    AddLinkedMembers(repo, storage, member, "Drives", "GetStorageUnitDiskInfo", "",
+                     LinkedRows{"StorageUnitDiskDevice", "Disk Device", kDiskFields, RCFCFieldCount(kDiskFields)});
 }
 
 void RCFCStorageDeviceInfoInventoryModule::GetStorageUnitVolumeInfo(RRepository& repo, StorageClient& storage,
                                                                     const boost::json::value& member)
 {
-    const std::string url = RCFCRedfish::LinkOf(member, "Volumes");
+    AddLinkedMembers(repo, storage, member, "Volumes", "EnumStorageUnitVolumeDeviceInstances", " 1",
+                     LinkedRows{"StorageUnitVolume", "Volume", kVolumeFields, RCFCFieldCount(kVolumeFields)});
+}
+
+void RCFCStorageDeviceInfoInventoryModule::AddLinkedMembers(RRepository& repo, StorageClient& storage,
+                                                            const boost::json::value& member, const std::string& key,
+                                                            const std::string& function, const std::string& suffix,
+                                                            const LinkedRows& rows)
+{
+    const std::string url = RCFCRedfish::LinkOf(member, key);
     if (url == Rest::JSON_MISSING_TEXT) return;
-    boost::json::value volumes;
-    if (!FetchMember(storage, url + kExpand, "EnumStorageUnitVolumeDeviceInstances", " 1", volumes)) return;
-    const boost::json::array* entries = Rest::FindJsonArray(volumes, "/Members");
+    boost::json::value collection;
+    if (!FetchMember(storage, url + kExpand, function, suffix, collection)) return;
+    const boost::json::array* entries = Rest::FindJsonArray(collection, "/Members");
     if (entries == nullptr) return;
-    for (const boost::json::value& volume : *entries)
-        AddRow(repo, "StorageUnitVolume", "Volume", volume, kVolumeFields);
+    for (const boost::json::value& entry : *entries) {
+        RInstance instance(rows.type, rows.title, -1);
+        RCFCRedfish::AddFields(instance, entry, rows.fields, rows.count, false);
+        instance.AddToRepository(repo);
+    }
 }
 
 void RCFCStorageDeviceInfoInventoryModule::WrapRawData(RInstancesWrapper& wrapper)

@@ -16,6 +16,8 @@ class RedfishClient;
 namespace kestro {
 namespace repository {
 
+struct RCFCField;
+
 // Storage controllers, disks and volumes of a CFC target through Redfish. A storage member
 // either holds a "StorageUnit" object, or is a RAID adapter with "StorageControllers", drive
 // links and a volume collection; each type takes only the members of its own way.
@@ -39,6 +41,13 @@ protected:
 
 private:
     enum RaidPart { RaidControllers, RaidDisks, RaidVolumes };
+    // The rows that the members of a linked collection give.
+    struct LinkedRows {
+        const char* type;
+        const char* title;
+        const RCFCField* fields;
+        std::size_t count;
+    };
     enum UnitPart { UnitControllers, UnitDisks, UnitVolumes };
 
     void EnumStorageDeviceInstances(RRepository& repo);
@@ -61,6 +70,11 @@ private:
     void GetStorageUnitInfo(RRepository& repo, const boost::json::value& member);
     void GetStorageUnitDiskInfo(RRepository& repo, StorageClient& storage, const boost::json::value& member);
     void GetStorageUnitVolumeInfo(RRepository& repo, StorageClient& storage, const boost::json::value& member);
+    // Fetches the collection that `key` of `member` links to, expanded, and adds a row per member;
+    // a failed read logs the failure line of `function` + `suffix`.
+    void AddLinkedMembers(RRepository& repo, StorageClient& storage, const boost::json::value& member,
+                          const std::string& key, const std::string& function, const std::string& suffix,
+                          const LinkedRows& rows);
     // Fetches `url` under the base and parses it; logs the failure line of `function` + `suffix`.
     bool FetchMember(StorageClient& storage, const std::string& url, const std::string& function,
                      const std::string& suffix, boost::json::value& out);
