@@ -34,10 +34,22 @@ const CONTENT_TYPES = {
   ".txt": "text/plain",
 };
 
-function writeSite(tool, site) {
-  fs.rmSync(site, { recursive: true, force: true });
-  const run = spawnSync(tool, ["report", FIXTURE, "--output", site], { encoding: "utf8" });
-  assert.equal(run.status, 0, `kestro report failed:\n${run.stdout}${run.stderr}`);
+function runTool(tool, args, env) {
+  const run = spawnSync(tool, args, { encoding: "utf8", env: { ...process.env, ...env } });
+  assert.equal(run.status, 0, `kestro ${args[0]} failed:\n${run.stdout}${run.stderr}`);
+}
+
+// A site from the fixture file, and one from a live inventory of a host root that says it is RHEL.
+function writeSites(tool, artefacts) {
+  const sites = { report: path.join(artefacts, "site"), inventory: path.join(artefacts, "inventory") };
+  for (const site of Object.values(sites)) fs.rmSync(site, { recursive: true, force: true });
+  runTool(tool, ["report", FIXTURE, "--output", sites.report]);
+  const root = fs.mkdtempSync(path.join(os.tmpdir(), "kestro-root-"));
+  fs.mkdirSync(path.join(root, "etc"));
+  fs.writeFileSync(path.join(root, "etc", "os-release"), "ID=rhel\n");
+  runTool(tool, ["inventory", "--output", sites.inventory], { KESTRO_ROOT: root });
+  fs.rmSync(root, { recursive: true, force: true });
+  return sites;
 }
 
 // Serves the site folder; anything outside it, or missing, is a 404.
@@ -121,20 +133,76 @@ async function checkToolTip(content) {
 
 async function checkImages(frame) {
   const broken = await frame.evaluate(() =>
-    Array.from(document.images).filter((image) => !image.complete || image.naturalWidth === 0).map((image) => image.src));
+    Array.from(document.images)
+      .filter((image) => !image.complete || image.naturalWidth === 0)
+      .map((image) => image.src));
   assert.deepEqual(broken, [], "every image decodes");
   return frame.evaluate(() => document.images.length);
+}
+
+// Opens index.html of the site at `base` and records failed requests and script errors.
+async function openSite(browser, base) {
+  const page = await browser.newPage();
+  const problems = [];
+  page.on("requestfailed", (request) => problems.push("failed: " + request.url()));
+  page.on("response", (response) => response.status() >= 400 && problems.push("missing: " + response.url()));
+  page.on("pageerror", (error) => problems.push("script: " + error.message));
+  await page.goto(base + "/index.html");
+  return { page, problems };
+}
+
+async function checkReportSite(browser, base, artefacts) {
+  const { page, problems } = await openSite(browser, base);
+  const header = await frameNamed(page, "header_frame", "header.html");
+  assert.equal(await checkImages(header), 1, "the banner shows its logo");
+  await frameNamed(page, "content_frame", "system_overview.html");
+
+  const navigator = await frameNamed(page, "navigator_frame", "navigator.html");
+  await navigator.locator('a[href="application_event.html"]').click();
+  const content = await frameNamed(page, "content_frame", "application_event.html");
+  assert.equal(await content.locator(".pagetitle").first().evaluate((e) => getComputedStyle(e).color),
+               "rgb(255, 255, 255)", "the style sheet is applied");
+
+  await checkSorting(content);
+  assert.equal(await checkImages(content), 5, "one severity icon a row");
+  await checkToolTip(content);
+  await page.screenshot({ path: path.join(artefacts, "report-site.png") });
+
+  // The title links to the full log, a page the navigator does not list.
+  await content.locator(".pagetitle a.cyan").click();
+  const full = await frameNamed(page, "content_frame", "application_event_all.html");
+  assert.match(await full.locator(".pagetitle").textContent(), /Application Event \(All\)/);
+  assert.deepEqual(problems, []);
+}
+
+async function checkInventorySite(browser, base, artefacts) {
+  const { page, problems } = await openSite(browser, base);
+  const overview = await frameNamed(page, "content_frame", "system_overview.html");
+  assert.deepEqual(await overview.locator(".tabletitle").allTextContents(), ["Data Source"]);
+  assert.equal(await overview.locator("table.coltable th").first().textContent(), "Name");
+
+  // Groups with data link to their page; the others stay plain text in the list.
+  const navigator = await frameNamed(page, "navigator_frame", "navigator.html");
+  const links = await navigator.locator("#navigator a")
+    .evaluateAll((anchors) => anchors.map((a) => a.getAttribute("href")));
+  assert.ok(links.includes("system_overview.html"), `links: ${links}`);
+  assert.ok((await navigator.locator("#navigator td").count()) > links.length, "empty groups are listed too");
+  await navigator.locator('a[href="system_overview.html"]').click();
+  await frameNamed(page, "content_frame", "system_overview.html");
+  await page.screenshot({ path: path.join(artefacts, "inventory-site.png") });
+  assert.deepEqual(problems, []);
 }
 
 async function main() {
   const [tool, artefacts] = process.argv.slice(2);
   assert.ok(tool && artefacts, "usage: node report_site_test.js KESTRO_TOOL ARTEFACT_DIR");
   assert.ok(fs.existsSync(CHROMIUM), `${CHROMIUM} is missing; scripts/install-deps.sh installs it`);
-  fs.mkdirSync(artefacts, { recursive: true });
-  const site = path.join(path.resolve(artefacts), "site");
-  writeSite(tool, site);
+  const out = path.resolve(artefacts);
+  fs.mkdirSync(out, { recursive: true });
+  const sites = writeSites(tool, out);
 
-  const server = await serve(site);
+  const servers = { report: await serve(sites.report), inventory: await serve(sites.inventory) };
+  const base = (server) => `http://127.0.0.1:${server.address().port}`;
   const profile = fs.mkdtempSync(path.join(os.tmpdir(), "kestro-chromium-"));
   const browser = await chromium.launchPersistentContext(profile, {
     executablePath: CHROMIUM,
@@ -144,42 +212,14 @@ async function main() {
            "--disable-background-networking", "--disable-component-update", "--disable-sync"],
   });
   try {
-    const page = browser.pages()[0] || (await browser.newPage());
-    const failed = [];
-    page.on("requestfailed", (request) => failed.push(request.url()));
-    page.on("response", (response) => response.status() >= 400 && failed.push(response.url()));
-    const errors = [];
-    page.on("pageerror", (error) => errors.push(error.message));
-
-    await page.goto(`http://127.0.0.1:${server.address().port}/index.html`);
-    const header = await frameNamed(page, "header_frame", "header.html");
-    assert.equal(await checkImages(header), 1, "the banner shows its logo");
-    await frameNamed(page, "content_frame", "system_overview.html");
-
-    const navigator = await frameNamed(page, "navigator_frame", "navigator.html");
-    await navigator.locator('a[href="application_event.html"]').click();
-    const content = await frameNamed(page, "content_frame", "application_event.html");
-    assert.equal(await content.locator(".pagetitle").first().evaluate((e) => getComputedStyle(e).color),
-                 "rgb(255, 255, 255)", "the style sheet is applied");
-
-    await checkSorting(content);
-    assert.equal(await checkImages(content), 5, "one severity icon a row");
-    await checkToolTip(content);
-    await page.screenshot({ path: path.join(artefacts, "report-site.png") });
-
-    // The title links to the full log, a page the navigator does not list.
-    await content.locator(".pagetitle a.cyan").click();
-    const full = await frameNamed(page, "content_frame", "application_event_all.html");
-    assert.match(await full.locator(".pagetitle").textContent(), /Application Event \(All\)/);
-
-    assert.deepEqual(failed, [], "no request of the site fails");
-    assert.deepEqual(errors, [], "no script error");
+    await checkReportSite(browser, base(servers.report), out);
+    await checkInventorySite(browser, base(servers.inventory), out);
   } finally {
     await browser.close();
-    server.close();
+    for (const server of Object.values(servers)) server.close();
     fs.rmSync(profile, { recursive: true, force: true });
   }
-  console.log("report site works in Chromium; screenshot in " + path.join(artefacts, "report-site.png"));
+  console.log("report sites work in Chromium; screenshots in " + out);
 }
 
 main().catch((error) => {
