@@ -216,10 +216,10 @@ for prefix in ("vx_", "amd_", "tv5x_", "tv5x_v2_", "tv4x_v2_"):
     CASES[prefix + "rhel"] = LINUX
 
 
-def type_line(spec):
-    if isinstance(spec, tuple):
-        return '      <type legacy="true">%s</type>' % escape(spec[0])
-    return "      <type>%s</type>" % escape(spec)
+def type_line(entry):
+    if isinstance(entry, tuple):
+        return '      <type legacy="true">%s</type>' % escape(entry[0])
+    return "      <type>%s</type>" % escape(entry)
 
 
 def group_lines(g):
