@@ -160,7 +160,7 @@ TEST(RInstancesWrapperTest, FiltersAndNumericSortKeys)
 TEST(RInstancesWrapperTest, ColumnFormFillsShortTables)
 {
     Records records;
-    for (const char* name : {"a", "b", "c"}) {
+    for (const char* name : {"a", "b|||B", "c"}) {
         RInstance& record = records.Add("Fan", "Fans", -1);
         record.AddProperty("Name", "Name", std::string(name), false);
     }
@@ -172,7 +172,7 @@ TEST(RInstancesWrapperTest, ColumnFormFillsShortTables)
         "<tr class=\"bg0\">\n"
         "<th width=\"20%\">Name</th>\n"
         "<td>a</td>\n"
-        "<td>b</td>\n"
+        "<td><span class=\"old\">old:</span>b<br/>\n<span class=\"new\">new:</span>B<br/>\n</td>\n"
         "</tr>\n"
         "</table>\n"
         "<table width=\"100%\" class=\"coltable\">\n"
@@ -457,4 +457,23 @@ TEST(RInstancesWrapperTest, ReferenceDataNestsOneIndentPerLevel)
         "</div>\n"
         "</div>\n",
         WrittenBody(dir, wrapper));
+}
+
+TEST(RInstancesWrapperTest, BBCodeWinsOverRawInBothForms)
+{
+    Records records;
+    RInstance& raw = records.Add("NetworkRawData", "Network Raw Data", -1);
+    raw.AddProperty("RawData", "Raw Data", std::string("[b]nic0[/b]|||[i]nic1[/i]"), false);
+    raw.AddPropertyAttr("RawData", "raw");
+    raw.AddPropertyAttr("RawData", "bb");
+    raw.AddProperty("Filename", "File", std::string("nic0"), false);
+    const std::string value =
+        "<span class=\"old\">old:</span><b>nic0</b><br/>\n<span class=\"new\">new:</span><i>nic1</i><br/>\n";
+    TempDir dir;
+    const RInstancesWrapper rows("NetworkRawData", records.All(), RowForm({50, 50}, false));
+    EXPECT_EQ(OneRowTable("Network Raw Data", {"Raw Data", "File"}, {value, "nic0"}), WrittenBody(dir, rows));
+    const RInstancesWrapper columns("NetworkRawData", records.All(), ColumnForm(30, 1));
+    EXPECT_NE(std::string::npos,
+              WrittenBody(dir, columns).find("<th width=\"30%\">Raw Data</th>\n<td>" + value + "</td>\n"));
+    EXPECT_FALSE(boost::filesystem::exists(dir.Path() + "/nic0.txt"));
 }
