@@ -173,6 +173,7 @@ std::size_t WalkCollection(RestSession& session, const std::string& url, Collect
     boost::json::value page = FetchJson(session, url, levels);
     std::size_t visited = VisitPage(session, page, walk, visit);
     std::set<std::string> seenPages;
+    seenPages.insert(url);
     for (;;) {
         const std::string next = ReadJsonString(page, NEXT_LINK_POINTER);
         if (next == JSON_MISSING_TEXT)
