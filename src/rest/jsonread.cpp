@@ -1,10 +1,11 @@
 #include "rest/jsonread.h"
 
+#include <iomanip>
 #include <set>
+#include <sstream>
 
 #include <boost/algorithm/string/replace.hpp>
 #include <boost/json/parse.hpp>
-#include <boost/json/serialize.hpp>
 
 #include "repository/rlog.h"
 #include "rest/restsession.h"
@@ -19,6 +20,14 @@ const char* const MEMBERS_POINTER = "/Members";
 const char* const NEXT_LINK_POINTER = "/Members@odata.nextLink";
 const char* const MEMBER_LINK_POINTER = "/@odata.id";
 const char* const EXPAND_QUERY = "$expand=";
+
+// Plain decimal where it fits ("412.5"), not the serializer's exponent form ("4.125E2").
+std::string FormatDouble(double number)
+{
+    std::ostringstream text;
+    text << std::setprecision(15) << number;
+    return text.str();
+}
 
 bool HasExpandQuery(const std::string& url)
 {
@@ -149,8 +158,14 @@ std::string ReadJsonText(const boost::json::value& doc, const std::string& point
         return defaultValue;
     if (const boost::json::string* text = found->if_string())
         return std::string(text->c_str(), text->size());
-    if (found->is_number() || found->is_bool())
-        return boost::json::serialize(*found);
+    if (found->is_int64())
+        return std::to_string(found->get_int64());
+    if (found->is_uint64())
+        return std::to_string(found->get_uint64());
+    if (found->is_double())
+        return FormatDouble(found->get_double());
+    if (found->is_bool())
+        return found->get_bool() ? "true" : "false";
     return defaultValue;
 }
 
