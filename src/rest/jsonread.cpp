@@ -21,6 +21,18 @@ const char* const NEXT_LINK_POINTER = "/Members@odata.nextLink";
 const char* const MEMBER_LINK_POINTER = "/@odata.id";
 const char* const EXPAND_QUERY = "$expand=";
 
+// The number at `pointer` when it converts to T without loss; `defaultValue` otherwise.
+template <class T>
+T ReadNumber(const boost::json::value& doc, const std::string& pointer, T defaultValue)
+{
+    const boost::json::value* found = FindJsonValue(doc, pointer);
+    if (!found)
+        return defaultValue;
+    boost::system::error_code ec;
+    const T number = found->to_number<T>(ec);
+    return ec ? defaultValue : number;
+}
+
 // Plain decimal where it fits ("412.5"), not the serializer's exponent form ("4.125E2").
 std::string FormatDouble(double number)
 {
@@ -116,32 +128,17 @@ std::string ReadJsonString(const boost::json::value& doc, const std::string& poi
 
 std::int64_t ReadJsonInt(const boost::json::value& doc, const std::string& pointer, std::int64_t defaultValue)
 {
-    const boost::json::value* found = FindJsonValue(doc, pointer);
-    if (!found)
-        return defaultValue;
-    boost::system::error_code ec;
-    const std::int64_t number = found->to_number<std::int64_t>(ec);
-    return ec ? defaultValue : number;
+    return ReadNumber(doc, pointer, defaultValue);
 }
 
 std::uint64_t ReadJsonUint(const boost::json::value& doc, const std::string& pointer, std::uint64_t defaultValue)
 {
-    const boost::json::value* found = FindJsonValue(doc, pointer);
-    if (!found)
-        return defaultValue;
-    boost::system::error_code ec;
-    const std::uint64_t number = found->to_number<std::uint64_t>(ec);
-    return ec ? defaultValue : number;
+    return ReadNumber(doc, pointer, defaultValue);
 }
 
 double ReadJsonDouble(const boost::json::value& doc, const std::string& pointer, double defaultValue)
 {
-    const boost::json::value* found = FindJsonValue(doc, pointer);
-    if (!found)
-        return defaultValue;
-    boost::system::error_code ec;
-    const double number = found->to_number<double>(ec);
-    return ec ? defaultValue : number;
+    return ReadNumber(doc, pointer, defaultValue);
 }
 
 bool ReadJsonBool(const boost::json::value& doc, const std::string& pointer, bool defaultValue)
