@@ -287,6 +287,10 @@ TEST_F(RestClientTest, TimeOutsAndBrokenLinksComeBackAsCurlErrors)
     EXPECT_NE(std::string::npos, result.body.find("imed out")) << result.body;
     EXPECT_EQ(-2, client.ClassifyResult(result));
 
+    // Without a time-out only a transfer that stalls for a minute is given up.
+    RestClient patient;
+    EXPECT_EQ(200, patient.Get(bmc.Url("/redfish/v1")).httpCode);
+
     // 0 is libcurl's "no time-out", not an immediate one.
     bmc.SetLatency(300);
     client.SetTimeout(0);
