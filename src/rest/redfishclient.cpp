@@ -1,0 +1,194 @@
+#include "kestro/rest/redfishclient.h"
+
+#include <chrono>
+#include <thread>
+
+#include <boost/bind/bind.hpp>
+#include <boost/ref.hpp>
+
+#include "repository/rlog.h"
+#include "rest/redfishclient_p.h"
+#include "rest/redfishsettings.h"
+
+namespace Rest {
+
+namespace {
+
+const std::int32_t SERVICE_UNAVAILABLE = 503;
+
+// Only a 503 means "still starting"; a refused connection or another error is final.
+bool IsStillStarting(const RestResult& result)
+{
+    return result.curlCode == 0 && result.httpCode == SERVICE_UNAVAILABLE;
+}
+
+}  // namespace
+
+RedfishClientPrivate::RedfishClientPrivate() : hasRetryTiming(false), retryTiming() {}
+
+RestResult RedfishClientPrivate::Retry(const boost::function<RestResult()>& attempt) const
+{
+    const RetryPolicy policy = hasRetryTiming ? retryTiming : RetryPolicy::FromSettings();
+    RestResult result;
+    const std::chrono::steady_clock::time_point start = std::chrono::steady_clock::now();
+    for (;;) {
+        result = attempt();
+        if (!IsStillStarting(result))
+            return result;
+        RLOG(XModule::LOG_DEBUG) << "curlCode: " << result.curlCode << " | httpCode: " << result.httpCode
+                                 << " | body: " << result.body;
+        const std::uint64_t elapsedMs = static_cast<std::uint64_t>(
+            std::chrono::duration_cast<std::chrono::milliseconds>(std::chrono::steady_clock::now() - start)
+                .count());
+        if (elapsedMs > policy.waitMs)
+            return result;
+        std::this_thread::sleep_for(std::chrono::milliseconds(policy.intervalMs));
+    }
+}
+
+RedfishClient::RedfishClient() : d(new RedfishClientPrivate) {}
+
+RedfishClient::RedfishClient(RedfishClient&& other) noexcept : d(other.d)
+{
+    other.d = nullptr;
+}
+
+RedfishClient::~RedfishClient()
+{
+    delete d;
+}
+
+void RedfishClient::SetCredentials(const std::string& user, const std::string& password)
+{
+    d->inner.SetCredentials(user, password);
+}
+
+void RedfishClient::SetTimeout(int seconds)
+{
+    d->inner.SetTimeout(EffectiveTimeout(seconds, GetRedfishSettings().actionTimeout));
+}
+
+void RedfishClient::SetInsecure(bool insecure)
+{
+    d->inner.SetInsecure(insecure);
+}
+
+void RedfishClient::SetSuppressExpect(bool suppress)
+{
+    d->inner.SetSuppressExpect(suppress);
+}
+
+void RedfishClient::SetFollowRedirects(bool follow, int maxRedirects)
+{
+    d->inner.SetFollowRedirects(follow, maxRedirects);
+}
+
+void RedfishClient::SetCaFile(const std::string& path)
+{
+    d->inner.SetCaFile(path);
+}
+
+void RedfishClient::SetProxy(const std::string& url, const std::string& user, const std::string& password)
+{
+    d->inner.SetProxy(url, user, password);
+}
+
+void RedfishClient::SetHeaders(const HeaderMap& headers)
+{
+    d->inner.SetHeaders(HeaderMap(headers));
+}
+
+HeaderMap RedfishClient::GetHeaders() const
+{
+    return d->inner.GetHeaders();
+}
+
+void RedfishClient::SetHeader(const std::string& name, const std::string& value)
+{
+    d->inner.SetHeader(name, value);
+}
+
+int RedfishClient::EnableGzip()
+{
+    return d->inner.EnableGzip();
+}
+
+RestResult RedfishClient::Request(RequestType type, const std::string& url, const std::string& body)
+{
+    return d->inner.Request(type, url, body);
+}
+
+RestResult RedfishClient::Get(const std::string& url)
+{
+    RLOG(XModule::LOG_DEBUG) << "Redfish GET action on URL: " << url;
+    return d->Retry(boost::bind(&RestClient::Get, &d->inner, boost::cref(url)));
+}
+
+RestResult RedfishClient::PostMultipart(const std::string& url, const MultipartBody& parts,
+                                        const ProgressSink& progress)
+{
+    ProgressSink sink = progress;
+    RestResult result = d->Retry(
+        boost::bind(&RestClient::PostMultipart, &d->inner, boost::cref(url), boost::cref(parts), boost::cref(sink)));
+    sink.clear();
+    return result;
+}
+
+RestResult RedfishClient::PostStream(const std::string& url, std::istream& stream)
+{
+    return d->Retry(boost::bind(&RestClient::PostStream, &d->inner, boost::cref(url), boost::ref(stream)));
+}
+
+RestResult RedfishClient::Post(const std::string& url, const std::string& body)
+{
+    return d->Retry(boost::bind(&RestClient::Post, &d->inner, boost::cref(url), boost::cref(body)));
+}
+
+RestResult RedfishClient::PutStream(const std::string& url, std::istream& stream)
+{
+    return d->Retry(boost::bind(&RestClient::PutStream, &d->inner, boost::cref(url), boost::ref(stream)));
+}
+
+RestResult RedfishClient::Put(const std::string& url, const std::string& body)
+{
+    return d->Retry(boost::bind(&RestClient::Put, &d->inner, boost::cref(url), boost::cref(body)));
+}
+
+RestResult RedfishClient::PatchStream(const std::string& url, std::istream& stream)
+{
+    return d->Retry(boost::bind(&RestClient::PatchStream, &d->inner, boost::cref(url), boost::ref(stream)));
+}
+
+RestResult RedfishClient::Patch(const std::string& url, const std::string& body)
+{
+    return d->Retry(boost::bind(&RestClient::Patch, &d->inner, boost::cref(url), boost::cref(body)));
+}
+
+RestResult RedfishClient::Delete(const std::string& url)
+{
+    return d->Retry(boost::bind(&RestClient::Delete, &d->inner, boost::cref(url)));
+}
+
+RestResult RedfishClient::Head(const std::string& url)
+{
+    return d->Retry(boost::bind(&RestClient::Head, &d->inner, boost::cref(url)));
+}
+
+RestResult RedfishClient::Options(const std::string& url)
+{
+    return d->Retry(boost::bind(&RestClient::Options, &d->inner, boost::cref(url)));
+}
+
+int RedfishClient::ClassifyResult(const RestResult& result)
+{
+    return d->inner.ClassifyResult(result);
+}
+
+void RedfishClient::SetRetryTiming(std::uint64_t waitMs, std::uint64_t intervalMs)
+{
+    d->hasRetryTiming = true;
+    d->retryTiming.waitMs = waitMs;
+    d->retryTiming.intervalMs = intervalMs;
+}
+
+}  // namespace Rest

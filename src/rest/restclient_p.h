@@ -1,0 +1,60 @@
+#ifndef KESTRO_REST_RESTCLIENT_P_H
+#define KESTRO_REST_RESTCLIENT_P_H
+
+#include <cstdio>
+#include <istream>
+#include <string>
+
+#define CURL_DISABLE_DEPRECATION  // CURLOPT_PUT is still what a streamed PUT sets
+#include <curl/curl.h>
+
+#include "kestro/rest/restclientinterface.h"
+
+namespace Rest {
+
+class RestClientPrivate {
+public:
+    RestClientPrivate();
+    ~RestClientPrivate();
+
+    // Runs the request on the options the verb has set, then resets the handle.
+    RestResult Perform(const std::string& url);
+    void SetStreamOptions(std::istream& stream);
+
+    CURL* handle;
+    HeaderMap headers;
+    int timeout;
+    bool followRedirects;
+    bool insecure;
+    bool suppressExpect;
+    int maxRedirects;
+    std::string user;
+    std::string password;
+    std::string userAgent;
+    std::string caFile;
+    std::string certFile;
+    std::string certType;
+    std::string keyFile;
+    std::string keyPassword;
+    std::string proxyUrl;
+    std::string proxyUser;
+    std::string proxyPassword;
+    std::string cookieLine;
+    bool gzip;
+    std::FILE* outputFile;
+    ProgressSink progress;
+    char errorBuffer[CURL_ERROR_SIZE];
+
+private:
+    void SetWriteOptions(RestResult& result);
+    curl_slist* BuildHeaderList() const;
+    void SetAuthOptions();
+    void SetTimeoutOptions();
+    void SetTlsOptions();
+    void SetProxyOptions();
+    void CollectCookies(RestResult& result);
+};
+
+}  // namespace Rest
+
+#endif

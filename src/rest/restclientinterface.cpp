@@ -1,0 +1,7 @@
+#include "kestro/rest/restclientinterface.h"
+
+namespace Rest {
+
+RestClientInterface::~RestClientInterface() {}
+
+}  // namespace Rest

@@ -1,0 +1,7 @@
+#include "kestro/rest/restmultipartpart.h"
+
+namespace Rest {
+
+RestMultipartPart::~RestMultipartPart() {}
+
+}  // namespace Rest

@@ -1,0 +1,34 @@
+#ifndef KESTRO_REST_RESTSESSION_H
+#define KESTRO_REST_RESTSESSION_H
+
+#include <string>
+
+#include "kestro/rest/redfishclient.h"
+#include "kestro/rest/restresult.h"
+#include "kestro/xmodule/connectioninfo.h"
+#include "rest/inventoryerror.h"
+
+namespace Rest {
+
+// The client and base address of one enumeration; dropping it closes the client. Nothing is sent
+// to the BMC to open or close it: credentials go with every request.
+struct RestSession {
+    std::string baseUrl;
+    RedfishClient client;
+};
+
+// "<scheme>://<host>[:<port>]", with the host in brackets when it is an IPv6 address.
+std::string BuildBaseUrl(const XModule::ConnectionInfo& connection);
+
+// A client that follows redirects without limit, checks no certificate and sends the
+// connection's credentials; no time-out of its own.
+RestSession MakeRestSession(const XModule::ConnectionInfo& connection);
+
+// GETs baseUrl + url (with "?$expand=.($levels=N)" when levels is not 0) into `result`.
+// Anything but curlCode 0 and HTTP 200 throws InventoryError
+// "Failed to get url <full url>, error code is <httpCode>".
+void FetchUrl(RestSession& session, RestResult& result, const std::string& url, int levels);
+
+}  // namespace Rest
+
+#endif
