@@ -15,6 +15,14 @@ using namespace kestro::repository;
 
 namespace {
 
+// What a repository without records or scan writes.
+const char kEmptyFile[] =
+    "<?xml version=\"1.0\" encoding=\"utf-8\"?>\n"
+    "<kestro>\n"
+    "  <repository/>\n"
+    "  <SCAN/>\n"
+    "</kestro>\n";
+
 std::string Mode(RRepository& repo, const std::string& directory)
 {
     EXPECT_TRUE(repo.WriteXML("mode.xml", directory));
@@ -118,13 +126,7 @@ TEST(RRepositoryTest, ModeNoneHasNothingUntilAFileIsRead)
     repo.RunInventory("system");
     EXPECT_TRUE(capture.Has(2, "[repo] Category not correctly initialized, skip this function"));
     ASSERT_TRUE(repo.WriteXML("", dir.Path()));
-    EXPECT_EQ(
-        "<?xml version=\"1.0\" encoding=\"utf-8\"?>\n"
-        "<kestro>\n"
-        "  <repository/>\n"
-        "  <SCAN/>\n"
-        "</kestro>\n",
-        dir.Read("RReport20130707.xml"));
+    EXPECT_EQ(kEmptyFile, dir.Read("RReport20130707.xml"));
 
     repo.InitDepModules();
     EXPECT_TRUE(capture.Has(1, "[repo] There is NO matching case for mode: ")) << capture.Dump();
@@ -431,11 +433,5 @@ TEST(RRepositoryTest, DeviceScanTakesTheUserOptionsAndLeavesAnEmptyScan)
     EXPECT_EQ(0, capture.Count("Succeed."));
 
     ASSERT_TRUE(repo.WriteXML("scan.xml", host.Dir().Path()));
-    EXPECT_EQ(
-        "<?xml version=\"1.0\" encoding=\"utf-8\"?>\n"
-        "<kestro>\n"
-        "  <repository/>\n"
-        "  <SCAN/>\n"
-        "</kestro>\n",
-        host.Dir().Read("scan.xml"));
+    EXPECT_EQ(kEmptyFile, host.Dir().Read("scan.xml"));
 }
