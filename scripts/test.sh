@@ -3,6 +3,8 @@
 set -euo pipefail
 cd "$(dirname "$0")/.."
 scripts/install-deps.sh
+# The browser test's packages, exactly as locked; no browser is downloaded, the system's Chromium is used.
+(cd tests/browser && npm ci --no-audit --no-fund --prefer-offline)
 cmake -S . -B build -G Ninja -DKESTRO_WERROR=ON
 cmake --build build -j2
 ctest --test-dir build -j2 --output-on-failure

@@ -48,9 +48,12 @@ RReportSite::RReportSite(RRepositoryPrivate& repository, const std::string& dire
 {
 }
 
-RReportSite::~RReportSite()
+RReportSite::~RReportSite() { FreeInstances(); }
+
+void RReportSite::FreeInstances()
 {
     for (RInstance* instance : toFree) delete instance;
+    toFree.clear();
 }
 
 std::string RReportSite::PagePath(const std::string& file) const { return (fs::path(directory) / file).string(); }
@@ -205,6 +208,15 @@ bool RReportSite::WriteType(const ReportType& type, RInstancesWriter& writer)
         RLOG(2) << "Cannot find type name to build wrapper: " << type.name;
         return false;
     }
+    // A type's records, and those of the types under it, live only while the type is written.
+    const bool written = WriteWrapper(type, callback, writer);
+    FreeInstances();
+    return written;
+}
+
+bool RReportSite::WriteWrapper(const ReportType& type, const RInstancesWrapper::WrapCallback& callback,
+                               RInstancesWriter& writer)
+{
     const std::vector<RInstance*> instances = repository.Instances(type.name);
     toFree.insert(toFree.end(), instances.begin(), instances.end());
     RInstancesWrapper wrapper(type.name, instances, callback);

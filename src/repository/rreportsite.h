@@ -29,6 +29,9 @@ private:
     bool WriteNavigator();
     bool WriteGroupPage(const ReportGroup& group);
     bool WriteType(const ReportType& type, RInstancesWriter& writer);
+    bool WriteWrapper(const ReportType& type, const RInstancesWrapper::WrapCallback& callback,
+                      RInstancesWriter& writer);
+    void FreeInstances();
     RInstancesWrapper::WrapCallback FindWrapCallback(const std::string& type);
     void AttachReferenceData(RInstancesWrapper& wrapper);
     std::string ContentPage();

@@ -388,7 +388,7 @@ bool RRepositoryPrivate::ReadRepositoryFile(const std::string& path, pt::ptree& 
         if (file.empty()) throw pt::xml_parser_error("no element in file", path, 0);
         ClearMixedContent(file);
         std::string root;
-        const std::string first = file.empty() ? std::string() : file.begin()->first;
+        const std::string& first = file.begin()->first;
         if (first == "kestro") {
             RLOG(3) << "kestro is the first node. ";
             root = "kestro.repository";

@@ -1,10 +1,11 @@
 #include "rest/jsonread.h"
 
+#include <iomanip>
 #include <set>
+#include <sstream>
 
 #include <boost/algorithm/string/replace.hpp>
 #include <boost/json/parse.hpp>
-#include <boost/json/serialize.hpp>
 
 #include "repository/rlog.h"
 #include "rest/restsession.h"
@@ -19,6 +20,26 @@ const char* const MEMBERS_POINTER = "/Members";
 const char* const NEXT_LINK_POINTER = "/Members@odata.nextLink";
 const char* const MEMBER_LINK_POINTER = "/@odata.id";
 const char* const EXPAND_QUERY = "$expand=";
+
+// The number at `pointer` when it converts to T without loss; `defaultValue` otherwise.
+template <class T>
+T ReadNumber(const boost::json::value& doc, const std::string& pointer, T defaultValue)
+{
+    const boost::json::value* found = FindJsonValue(doc, pointer);
+    if (!found)
+        return defaultValue;
+    boost::system::error_code ec;
+    const T number = found->to_number<T>(ec);
+    return ec ? defaultValue : number;
+}
+
+// Plain decimal where it fits ("412.5"), not the serializer's exponent form ("4.125E2").
+std::string FormatDouble(double number)
+{
+    std::ostringstream text;
+    text << std::setprecision(15) << number;
+    return text.str();
+}
 
 bool HasExpandQuery(const std::string& url)
 {
@@ -107,32 +128,17 @@ std::string ReadJsonString(const boost::json::value& doc, const std::string& poi
 
 std::int64_t ReadJsonInt(const boost::json::value& doc, const std::string& pointer, std::int64_t defaultValue)
 {
-    const boost::json::value* found = FindJsonValue(doc, pointer);
-    if (!found)
-        return defaultValue;
-    boost::system::error_code ec;
-    const std::int64_t number = found->to_number<std::int64_t>(ec);
-    return ec ? defaultValue : number;
+    return ReadNumber(doc, pointer, defaultValue);
 }
 
 std::uint64_t ReadJsonUint(const boost::json::value& doc, const std::string& pointer, std::uint64_t defaultValue)
 {
-    const boost::json::value* found = FindJsonValue(doc, pointer);
-    if (!found)
-        return defaultValue;
-    boost::system::error_code ec;
-    const std::uint64_t number = found->to_number<std::uint64_t>(ec);
-    return ec ? defaultValue : number;
+    return ReadNumber(doc, pointer, defaultValue);
 }
 
 double ReadJsonDouble(const boost::json::value& doc, const std::string& pointer, double defaultValue)
 {
-    const boost::json::value* found = FindJsonValue(doc, pointer);
-    if (!found)
-        return defaultValue;
-    boost::system::error_code ec;
-    const double number = found->to_number<double>(ec);
-    return ec ? defaultValue : number;
+    return ReadNumber(doc, pointer, defaultValue);
 }
 
 bool ReadJsonBool(const boost::json::value& doc, const std::string& pointer, bool defaultValue)
@@ -149,8 +155,14 @@ std::string ReadJsonText(const boost::json::value& doc, const std::string& point
         return defaultValue;
     if (const boost::json::string* text = found->if_string())
         return std::string(text->c_str(), text->size());
-    if (found->is_number() || found->is_bool())
-        return boost::json::serialize(*found);
+    if (found->is_int64())
+        return std::to_string(found->get_int64());
+    if (found->is_uint64())
+        return std::to_string(found->get_uint64());
+    if (found->is_double())
+        return FormatDouble(found->get_double());
+    if (found->is_bool())
+        return found->get_bool() ? "true" : "false";
     return defaultValue;
 }
 
@@ -173,6 +185,7 @@ std::size_t WalkCollection(RestSession& session, const std::string& url, Collect
     boost::json::value page = FetchJson(session, url, levels);
     std::size_t visited = VisitPage(session, page, walk, visit);
     std::set<std::string> seenPages;
+    seenPages.insert(url);
     for (;;) {
         const std::string next = ReadJsonString(page, NEXT_LINK_POINTER);
         if (next == JSON_MISSING_TEXT)

@@ -234,6 +234,8 @@ RestResult RestClientPrivate::Perform(const std::string& url)
 
 void RestClientPrivate::SetStreamOptions(std::istream& stream)
 {
+    // A stream sent before (a retried verb) is at its end with its fail bit set: start it afresh.
+    stream.clear();
     stream.seekg(0, std::ios::end);
     const std::streamoff size = stream.tellg();
     stream.seekg(0, std::ios::beg);

@@ -2,10 +2,9 @@
 
 #include "kestro/xmodule/kestrodirectory.h"
 #include "kestro/xmodule/log.h"
+#include "xmodule/sharedlibrary.h"
 
 #include <boost/shared_ptr.hpp>
-
-#include <dlfcn.h>
 
 namespace kestro {
 
@@ -59,20 +58,22 @@ void SystemType::Detect()
 {
     systemType = SYSTEM_NO_FAMILY;
     const std::string path = KestroDirectory::GetLibraryPath() + kPluginFile;
-    void* plugin = dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
+    std::string error;
+    void* plugin = XModule::SharedLibrary::Load(path, error);
     if (!plugin) {
         XLOG(XModule::LOG_WARN) << "[repo] Unable to load shared library vxsystem.so !!!";
         XLOG(XModule::LOG_WARN) << "[repo] load vexa server system lib failed";
-        XLOG(XModule::LOG_DEBUG) << "[repo] dlopen: " << dlerror();
+        XLOG(XModule::LOG_DEBUG) << "[repo] dlopen: " << error;
     } else {
-        CheckVexaServerEntry entry = reinterpret_cast<CheckVexaServerEntry>(dlsym(plugin, kEntryName));
+        CheckVexaServerEntry entry =
+            reinterpret_cast<CheckVexaServerEntry>(XModule::SharedLibrary::FindSymbol(plugin, kEntryName));
         if (!entry)
             XLOG(XModule::LOG_WARN) << "[repo] Unable to find required interface in !!!";
         else
             AskPlugin(entry);
     }
     XLOG(XModule::LOG_INFO) << "[repo] Get SYSTEM TYPE VALUE: " << systemType;
-    if (plugin) dlclose(plugin);
+    XModule::SharedLibrary::Unload(plugin);
 }
 
 // The entry is asked afresh for every row, so it must give the same answer each time.

@@ -77,6 +77,7 @@ TEST(KestroToolTest, FailuresExitWithTheirResultCodes)
     const std::string other = dir.Write("other.xml", Replace(dir.Read("good.xml"), "rhel", "sles"));
     const std::string broken = dir.Write("broken.xml", "<kestro><repository>");
     const std::string out = " --output " + dir.Path() + "/out";
+    const std::string never = " --output " + dir.Path() + "/never";
     const struct {
         std::string arguments;
         int status;
@@ -90,12 +91,21 @@ TEST(KestroToolTest, FailuresExitWithTheirResultCodes)
         {"report " + good, 5, "Invalid parameter."},
         {"frobnicate", 4, "Invalid command."},
         {"inventory --bogus", 5, "Invalid parameter."},
+        {"inventory --redfish ftp://admin:pw@bmc" + never, 5, "http:// or https://"},
+        {"inventory --redfish https://bmc" + never, 5, "names no user"},
+        {"inventory --redfish https://admin:pw@bmc/redfish/v1" + never, 5, "nothing after it"},
+        {"inventory --redfish https://admin:pw@bmc --case rhel" + never, 5, "no Redfish case"},
+        {"inventory --redfish https://admin:pw@bmc --ca-file " + dir.Path() + "/none.pem" + never, 6, "none.pem"},
+        {"inventory --case cfc_oob" + never, 5, "go with --redfish"},
+        {"inventory" + never + " --redfish", 5, "needs a value"},
     };
     for (const auto& c : cases) {
         const ToolRun run = RunTool(c.arguments, root);
         EXPECT_EQ(c.status, run.status) << c.arguments << "\n" << run.output;
         EXPECT_NE(std::string::npos, run.output.find(c.words)) << run.output;
     }
+    // A failure found in the arguments leaves no output folder behind.
+    EXPECT_FALSE(Exists(dir.Path() + "/never/kestro.log"));
     EXPECT_EQ(0, RunTool("--version", root).status);
     EXPECT_EQ(0, RunTool("--help", root).status);
 }

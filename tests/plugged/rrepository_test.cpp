@@ -120,17 +120,23 @@ TEST(RRepositoryPluggedTest, RedfishAndChassisCasesLoadNoPlugin)
 
 TEST(RRepositoryPluggedTest, ServerFamilyPrefixesTheCaseWhereTheTableHasOne)
 {
+    // Children re-run the program, so a detection by an earlier test of it does not leak in.
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
     const struct {
         const char* answer;
         const char* release;
+        ConnectMode mode;
         const char* expected;
     } cases[] = {
-        {"0", "ID=rhel\n", "Set inventory case to  vx_rhel"},
-        {"0", "ID=debian\n", "Set inventory case to  ubuntu"},
-        {"3", "ID=sles\n", "Set inventory case to  tv5x_sles"},
-        {"5", "ID=rhel\n", "Set inventory case to  tv5x_v2_rhel"},
-        {"6", "ID=sles\n", "Set inventory case to  tv4x_v2_sles"},
-        {"4", "ID=rhel\n", "Set inventory case to  rhel"},
+        {"0", "ID=rhel\n", ConnectLocal, "Set inventory case to  vx_rhel"},
+        {"0", "ID=debian\n", ConnectLocal, "Set inventory case to  ubuntu"},
+        {"3", "ID=sles\n", ConnectLocal, "Set inventory case to  tv5x_sles"},
+        {"5", "ID=rhel\n", ConnectLocal, "Set inventory case to  tv5x_v2_rhel"},
+        {"6", "ID=sles\n", ConnectLocal, "Set inventory case to  tv4x_v2_sles"},
+        {"4", "ID=rhel\n", ConnectLocal, "Set inventory case to  rhel"},
+        // The AMD mode wins over whatever family the plug-in names.
+        {"0", "ID=sles\n", ConnectLocalAmd, "Set inventory case to  amd_sles"},
+        {"2", "ID=rhel\n", ConnectLocal, "Set inventory case to  rhel"},
     };
     for (const auto& c : cases) {
         // The server family is detected once per process, so each answer runs in a child.
@@ -139,7 +145,7 @@ TEST(RRepositoryPluggedTest, ServerFamilyPrefixesTheCaseWhereTheTableHasOne)
                 setenv("KESTRO_TEST_VXSYSTEM_ANSWER", c.answer, 1);
                 FixtureHost host(c.release);
                 LogCapture capture;
-                RRepository repo(ConnectLocal);
+                RRepository repo(c.mode);
                 std::cerr << capture.Count(c.expected);
                 std::exit(0);
             },

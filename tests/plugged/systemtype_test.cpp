@@ -23,6 +23,8 @@ std::string Detection(const std::string& result, int value, int calls)
 
 TEST(SystemTypePluggedTest, EachAnswerOfThePlugInGivesItsValue)
 {
+    // Children re-run the program, so a detection by an earlier test of it does not leak in.
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
     const struct {
         const char* answer;
         int value;
@@ -50,6 +52,8 @@ TEST(SystemTypePluggedTest, EachAnswerOfThePlugInGivesItsValue)
 
 TEST(SystemTypePluggedTest, ALaterQueryOnlyReportsTheStoredValue)
 {
+    // Children re-run the program, so a detection by an earlier test of it does not leak in.
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
     EXPECT_EXIT(DetectSystemTypeAndExit("5", 3), ::testing::ExitedWithCode(kestro::SYSTEM_TV50V2),
                 ::testing::StrEq("4 [repo] Check SYSTEM TYPE VALUE: 5\n"
                                  "calls: 5\n"));

@@ -131,7 +131,8 @@ struct Redirect {
 // What to write back for one request.
 struct Reply {
     http::response<http::string_body> response;
-    std::string raw;       // written as it stands instead of `response` when set
+    bool useRaw = false;   // write `raw` as it stands instead of `response`
+    std::string raw;
     bool close = false;    // close the connection after writing
     bool openTunnel = false;
 };
@@ -253,7 +254,7 @@ void LoopbackBmcPrivate::ServeRequests(Stream& stream)
         Reply reply = Answer(message, tunnelled);
         if (!WaitLatency())
             return;
-        if (!reply.raw.empty())
+        if (reply.useRaw)
             asio::write(stream, asio::buffer(reply.raw), ec);
         else
             http::write(stream, reply.response, ec);
@@ -307,10 +308,12 @@ Reply LoopbackBmcPrivate::AnswerConnect(LoopbackBmc::Request& record)
     Reply reply;
     if (!options.proxyUser.empty() &&
         (record.proxyUser != options.proxyUser || record.proxyPassword != options.proxyPassword)) {
+        reply.useRaw = true;
         reply.raw = "HTTP/1.1 407 Proxy Authentication Required\r\n"
                     "Proxy-Authenticate: Basic realm=\"loopback-proxy\"\r\nContent-Length: 0\r\n\r\n";
         return reply;
     }
+    reply.useRaw = true;
     reply.raw = TUNNEL_OPEN_LINE;
     reply.openTunnel = true;
     return reply;
@@ -380,6 +383,7 @@ Reply LoopbackBmcPrivate::Answer(const http::request<http::string_body>& message
     }
     std::map<std::string, std::string>::const_iterator raw = rawResponses.find(record.path);
     if (raw != rawResponses.end()) {
+        reply.useRaw = true;
         reply.raw = raw->second;
         reply.close = true;
         return reply;

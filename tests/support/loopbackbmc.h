@@ -68,7 +68,7 @@ public:
     void SetLatency(int milliseconds);
     void AddRedirect(const std::string& path, int status, const std::string& location);
     void ForceStatus(const std::string& path, int status);
-    // Writes `bytes` as the whole answer to `path` and closes the connection.
+    // Writes `bytes` as the whole answer to `path` and closes the connection; "" closes at once.
     void SetRawResponse(const std::string& path, const std::string& bytes);
     // Sent with every answer.
     void AddResponseHeader(const std::string& name, const std::string& value);

@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 
 #include <boost/bind/bind.hpp>
+#include <boost/filesystem/operations.hpp>
 #include <boost/lexical_cast.hpp>
 
 #include <memory>
@@ -159,7 +160,7 @@ TEST(RInstancesWrapperTest, FiltersAndNumericSortKeys)
 TEST(RInstancesWrapperTest, ColumnFormFillsShortTables)
 {
     Records records;
-    for (const char* name : {"a", "b", "c"}) {
+    for (const char* name : {"a", "b|||B", "c"}) {
         RInstance& record = records.Add("Fan", "Fans", -1);
         record.AddProperty("Name", "Name", std::string(name), false);
     }
@@ -171,7 +172,7 @@ TEST(RInstancesWrapperTest, ColumnFormFillsShortTables)
         "<tr class=\"bg0\">\n"
         "<th width=\"20%\">Name</th>\n"
         "<td>a</td>\n"
-        "<td>b</td>\n"
+        "<td><span class=\"old\">old:</span>b<br/>\n<span class=\"new\">new:</span>B<br/>\n</td>\n"
         "</tr>\n"
         "</table>\n"
         "<table width=\"100%\" class=\"coltable\">\n"
@@ -322,4 +323,157 @@ TEST(RInstancesWrapperTest, NothingToWriteGivesFalse)
     EXPECT_EQ("", WrittenBody(dir, headerless, &written));
     EXPECT_TRUE(capture.Has(2, "[repo] Data header is empty for type: Bare"));
     EXPECT_THROW(RInstancesWrapper("Disk", records.All(), RInstancesWrapper::WrapCallback()), boost::bad_function_call);
+}
+
+namespace {
+
+std::string PreLink(const std::string& target, const std::string& text)
+{
+    return "\n<pre>\n<a href='" + target + "' target='_blank'>" + text + "</a>\n</pre>\n";
+}
+
+// A one-row table of two half-width columns.
+std::string OneRowTable(const std::string& display, const std::vector<std::string>& headings,
+                        const std::vector<std::string>& cells)
+{
+    std::string table = "<div class=\"tabletitle\">" + display + "</div>\n<table width=\"100%\" class=\"rowtable\">\n<tr>\n";
+    for (const std::string& heading : headings) table += "<th width=\"50%\">" + heading + "</th>\n";
+    table += "</tr>\n<tr class=\"bg0\">\n";
+    for (const std::string& cell : cells) table += "<td>" + cell + "</td>\n";
+    return table + "</tr>\n</table>\n";
+}
+
+}  // namespace
+
+TEST(RInstancesWrapperTest, RawCellsFollowTheFirstRuleTheTypeNameMatches)
+{
+    const std::string longValue(90, 'g');
+    const struct {
+        const char* type;
+        const char* key;
+        const char* filenameAttr;  // the raw property's "filename" attribute; empty: none
+        const char* fileProperty;  // the record's "Filename" property
+        std::string value;
+        std::string cell;
+        const char* file;  // written beside the page; null: none
+        std::string logged;  // level 3 line; empty: none of the rules logged
+    } cases[] = {
+        {"GraphicsInfo", "RawData", "", "ignored", longValue, PreLink("GraphicsInfo.txt", "GraphicsInfo.txt"),
+         "GraphicsInfo.txt", "For Graphics, to write the value: " + std::string(80, 'g') + "..."},
+        {"PmemRawdata", "RawData", "", "dimm0.log", "p", PreLink("dimm0.log.txt", "dimm0.log.txt"), "dimm0.log.txt",
+         "For PmemRawdata, to write the value: p..."},
+        {"StorageLSILINK", "Show", "c0", "x", "l", PreLink("c0.txt", "c0.txt"), "c0.txt",
+         "For lsishowall RawData, to write the value: l..."},
+        {"StorageLSILINK", "Show", "", "x", "kept as it is", "kept as it is", nullptr,
+         "For lsishowall RawData, to write the value: kept as it is..."},
+        {"AdapterPMCLINK", "Info", "SmartStats_0", "x", "<a/>",
+         PreLink("./Firmware/SmartStats_0.xml", "SmartStats_0.xml"), "Firmware/SmartStats_0.xml",
+         "For pmcinfo RawData, to write the value: <a/>..."},
+        {"AdapterPMCLINK", "Info", "pmc0", "x", "y", PreLink("./Firmware/pmc0.txt", "pmc0.txt"), "Firmware/pmc0.txt",
+         "For pmcinfo RawData, to write the value: y..."},
+        // A raw column of another name falls through the RawData line to the next that fits.
+        {"NetworkRawData", "Dump", "", "x", "z", "\n<pre>\nz\n</pre>\n", nullptr, ""},
+        {"RawDataLSILINK", "Dump", "f", "x", "w", PreLink("f.txt", "f.txt"), "f.txt",
+         "For lsishowall RawData, to write the value: w..."},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(std::string(c.type) + " " + c.value);
+        Records records;
+        RInstance& record = records.Add(c.type, "Raw", -1);
+        record.AddProperty(c.key, "Raw Text", c.value, false);
+        record.AddPropertyAttr(c.key, "raw");
+        if (*c.filenameAttr) record.AddPropertyAttr(c.key, "filename", c.filenameAttr);
+        record.AddProperty("Filename", "File", std::string(c.fileProperty), false);
+        TempDir dir;
+        LogCapture capture;
+        const RInstancesWrapper wrapper(c.type, records.All(), RowForm({50, 50}, false));
+        EXPECT_EQ(OneRowTable("Raw", {"Raw Text", "File"}, {c.cell, c.fileProperty}), WrittenBody(dir, wrapper));
+        if (c.file) {
+            EXPECT_EQ(c.value, dir.Read(c.file));
+        }
+        EXPECT_EQ(c.logged.empty() ? 0 : 1, capture.Count(", to write the value: ")) << capture.Dump();
+        if (!c.logged.empty()) {
+            EXPECT_TRUE(capture.Has(3, "[repo] " + c.logged)) << capture.Dump();
+        }
+    }
+}
+
+TEST(RInstancesWrapperTest, ColumnFormNeverWritesRawFiles)
+{
+    Records records;
+    RInstance& raw = records.Add("NetworkRawData", "Network Raw Data", -1);
+    raw.AddProperty("RawData", "Raw Data", std::vector<std::string>{"a", "b"});
+    raw.AddPropertyAttr("RawData", "raw");
+    raw.AddProperty("Filename", "File", std::string("nic0"), false);
+    TempDir dir;
+    const RInstancesWrapper wrapper("NetworkRawData", records.All(), ColumnForm(30, 1));
+    EXPECT_EQ(
+        "<div class=\"tabletitle\">Network Raw Data</div>\n"
+        "<table width=\"100%\" class=\"coltable\">\n"
+        "<tr class=\"bg0\">\n<th width=\"30%\">Raw Data</th>\n<td>\n<pre>\na\nb\n</pre>\n</td>\n</tr>\n"
+        "<tr class=\"bg1\">\n<th width=\"30%\">File</th>\n<td>nic0</td>\n</tr>\n"
+        "</table>\n",
+        WrittenBody(dir, wrapper));
+    EXPECT_FALSE(boost::filesystem::exists(dir.Path() + "/nic0.txt"));
+}
+
+TEST(RInstancesWrapperTest, ReferenceDataNestsOneIndentPerLevel)
+{
+    Records adapters;
+    adapters.Add("PCIAdapter", "Adapters", 1).AddProperty("Name", "Name", std::string("nic1"), false);
+    Records ports;
+    for (int id : {7, 8}) {
+        RInstance& port = ports.Add("PCIPort", "Ports", id);
+        port.AddProperty("Port", "Port", "p" + std::to_string(id), false);
+        port.AddReference("PCIAdapter", 1);
+    }
+    Records lanes;
+    RInstance& lane = lanes.Add("PCILane", "Lanes", -1);
+    lane.AddProperty("Lane", "Lane", std::string("l0"), false);
+    lane.AddReference("PCIPort", 7);
+
+    RInstancesWrapper portWrapper("PCIPort", ports.All(), RowForm({100}, false));
+    portWrapper.AddReferenceData(RInstancesWrapper("PCILane", lanes.All(), RowForm({100}, false)));
+    RInstancesWrapper wrapper("PCIAdapter", adapters.All(), RowForm({100}, false));
+    wrapper.AddReferenceData(portWrapper);
+    TempDir dir;
+    EXPECT_EQ(
+        "<div class=\"tabletitle\">Adapters</div>\n"
+        "<table width=\"100%\" class=\"rowtable\">\n<tr>\n<th width=\"100%\">Name</th>\n</tr>\n"
+        "<tr class=\"bg0\">\n<td>nic1</td>\n</tr>\n</table>\n"
+        "<div class=\"indentmargin\">\n"
+        "<div class=\"tabletitle\">Ports</div>\n"
+        "<table width=\"100%\" class=\"rowtable\">\n<tr>\n<th width=\"100%\">Port</th>\n</tr>\n"
+        "<tr class=\"bg0\">\n<td>p7</td>\n</tr>\n</table>\n"
+        "<div class=\"indentmargin\">\n"
+        "<div class=\"tabletitle\">Lanes</div>\n"
+        "<table width=\"100%\" class=\"rowtable\">\n<tr>\n<th width=\"100%\">Lane</th>\n</tr>\n"
+        "<tr class=\"bg0\">\n<td>l0</td>\n</tr>\n</table>\n"
+        "</div>\n"
+        "<div class=\"tabletitle\">Ports</div>\n"
+        "<table width=\"100%\" class=\"rowtable\">\n<tr>\n<th width=\"100%\">Port</th>\n</tr>\n"
+        "<tr class=\"bg0\">\n<td>p8</td>\n</tr>\n</table>\n"
+        "<div class=\"indentmargin\">\n"
+        "</div>\n"
+        "</div>\n",
+        WrittenBody(dir, wrapper));
+}
+
+TEST(RInstancesWrapperTest, BBCodeWinsOverRawInBothForms)
+{
+    Records records;
+    RInstance& raw = records.Add("NetworkRawData", "Network Raw Data", -1);
+    raw.AddProperty("RawData", "Raw Data", std::string("[b]nic0[/b]|||[i]nic1[/i]"), false);
+    raw.AddPropertyAttr("RawData", "raw");
+    raw.AddPropertyAttr("RawData", "bb");
+    raw.AddProperty("Filename", "File", std::string("nic0"), false);
+    const std::string value =
+        "<span class=\"old\">old:</span><b>nic0</b><br/>\n<span class=\"new\">new:</span><i>nic1</i><br/>\n";
+    TempDir dir;
+    const RInstancesWrapper rows("NetworkRawData", records.All(), RowForm({50, 50}, false));
+    EXPECT_EQ(OneRowTable("Network Raw Data", {"Raw Data", "File"}, {value, "nic0"}), WrittenBody(dir, rows));
+    const RInstancesWrapper columns("NetworkRawData", records.All(), ColumnForm(30, 1));
+    EXPECT_NE(std::string::npos,
+              WrittenBody(dir, columns).find("<th width=\"30%\">Raw Data</th>\n<td>" + value + "</td>\n"));
+    EXPECT_FALSE(boost::filesystem::exists(dir.Path() + "/nic0.txt"));
 }

@@ -1,11 +1,15 @@
 #include "kestro/repository/rinstance.h"
+#include "kestro/repository/rinstanceswrapper.h"
+#include "kestro/repository/rmodule.h"
 #include "kestro/repository/rrepository.h"
+#include "repository/rrepository_p.h"
 #include "support/fixturehost.h"
 #include "support/logcapture.h"
 
 #include <gtest/gtest.h>
 
 #include <boost/filesystem/operations.hpp>
+#include <boost/make_shared.hpp>
 
 using namespace kestro::repository;
 
@@ -130,4 +134,173 @@ TEST(RReportSiteTest, ChassisCasesOpenOnTheirOwnPage)
                                          .find(std::string("src=\"") + mode + "_inventory.html\">"))
             << mode;
     }
+}
+
+namespace {
+
+void WrapOneColumn(RInstancesWrapper& wrapper) { wrapper.SetRowHeaders(std::vector<std::string>(), {100}, false); }
+
+void WrapAdapter(RInstancesWrapper& wrapper)
+{
+    WrapOneColumn(wrapper);
+    wrapper.AddReferenceType("Port");
+    wrapper.AddReferenceType("Missing");
+}
+
+void WrapPort(RInstancesWrapper& wrapper)
+{
+    WrapOneColumn(wrapper);
+    wrapper.AddReferenceType("Lane");
+}
+
+// Adapters with ports under them, and lanes under the ports.
+class TreeModule : public RModule {
+public:
+    std::string GetName() override { return "Tree"; }
+    std::string GetDisplay() override { return "Tree Module"; }
+
+protected:
+    void InitCallbacks() override
+    {
+        typeCallbacks["Adapter"].wrapCallback = &WrapAdapter;
+        typeCallbacks["Port"].wrapCallback = &WrapPort;
+        typeCallbacks["Lane"].wrapCallback = &WrapOneColumn;
+    }
+};
+
+void AddRecord(RRepository& repo, const std::string& type, const std::string& display, int id,
+               const std::string& value, const std::string& parent, int parentId)
+{
+    RInstance record(type, display, id);
+    record.AddProperty("Name", "Name", value, false);
+    if (!parent.empty()) record.AddReference(parent, parentId);
+    record.AddToRepository(repo);
+}
+
+std::string Table(const std::string& title, const std::string& cell)
+{
+    return "<div class=\"tabletitle\">" + title + "</div>\n"
+           "<table width=\"100%\" class=\"rowtable\">\n<tr>\n<th width=\"100%\">Name</th>\n</tr>\n"
+           "<tr class=\"bg0\">\n<td>" + cell + "</td>\n</tr>\n</table>\n";
+}
+
+}  // namespace
+
+TEST(RReportSiteTest, ChildTypesShowOnlyUnderTheirParents)
+{
+    FixtureHost host("ID=rhel\n");
+    PrepareHome(host);
+    host.Dir().Write("data/reportcategory_rhel.xml",
+                     "<report><category><name>main</name><display>Main</display>"
+                     "<group><name>adapters</name><display>Adapters</display>"
+                     "<type>Lane</type><type>Port</type><type>Adapter</type></group>"
+                     "</category></report>");
+    RRepository source(ConnectLocal);
+    AddRecord(source, "Adapter", "Adapters", 1, "nic1", "", 0);
+    AddRecord(source, "Adapter", "Adapters", 2, "nic2", "", 0);
+    AddRecord(source, "Port", "Ports", 7, "p7", "Adapter", 1);
+    AddRecord(source, "Lane", "Lanes", -1, "l0", "Port", 7);
+    ASSERT_TRUE(source.WriteXML("tree.xml", host.Dir().Path()));
+
+    RRepositoryPrivate repo(nullptr, ConnectLocal);
+    ASSERT_TRUE(repo.ReadXML(host.Dir().Path() + "/tree.xml", ""));
+    repo.modules.push_back(boost::make_shared<TreeModule>());
+    const std::string site = host.Dir().Path() + "/site";
+    boost::filesystem::create_directory(site);
+    LogCapture capture;
+    ASSERT_TRUE(repo.WriteHTML(site));
+
+    const std::string page = host.Dir().Read("site/adapters.html");
+    const std::string title = "<div class=\"pagetitle\">Adapters</div>\n";
+    const std::string::size_type body = page.find(title) + title.size();
+    EXPECT_EQ(Table("Adapters", "nic1") +
+                  "<div class=\"indentmargin\">\n" + Table("Ports", "p7") +
+                  "<div class=\"indentmargin\">\n" + Table("Lanes", "l0") + "</div>\n"
+                  "</div>\n" +
+                  Table("Adapters", "nic2") + "<div class=\"indentmargin\">\n</div>\n" +
+                  "<br/><br/>\n</div>\n</body>\n</html>\n",
+              page.substr(body));
+    EXPECT_NE(std::string::npos, host.Dir().Read("site/navigator.html").find(
+                                     "<tr><td><a href=\"adapters.html\" target=\"content_frame\">Adapters</a></td></tr>"));
+    for (const char* type : {"Lane", "Port", "Adapter"})
+        EXPECT_TRUE(capture.Has(4, std::string("[repo] WriteReport: ") + type)) << type;
+    // Reference types are looked up once per page type; the per-row wrappers only rerun the callback.
+    EXPECT_EQ(1, capture.Count("[repo] Cannot find type name to build wrapper: Missing")) << capture.Dump();
+}
+
+TEST(RReportSiteTest, ComparedFilesShowOldAndNewValues)
+{
+    FixtureHost host("ID=rhel\n");
+    PrepareHome(host);
+    RRepository first(ConnectLocal);
+    first.SetDataSource("kestro", "1", "4.4.1");
+    ASSERT_TRUE(first.WriteXML("old.xml", host.Dir().Path()));
+    RRepository second(ConnectLocal);
+    second.SetDataSource("kestro", "2", "4.4.1");
+    ASSERT_TRUE(second.WriteXML("new.xml", host.Dir().Path()));
+
+    RRepository compared(ConnectNone);
+    ASSERT_TRUE(compared.ReadXML(host.Dir().Path() + "/old.xml", host.Dir().Path() + "/new.xml"));
+    compared.InitDepModules();
+    ASSERT_TRUE(compared.LoadCategories());
+    const std::string site = host.Dir().Path() + "/site";
+    boost::filesystem::create_directory(site);
+    ASSERT_TRUE(compared.WriteHTML(site));
+    const std::string page = host.Dir().Read("site/system_overview.html");
+    EXPECT_NE(std::string::npos, page.find("<td>kestro</td>\n")) << page;
+    EXPECT_NE(std::string::npos,
+              page.find("<td><span class=\"old\">old:</span>1<br/>\n<span class=\"new\">new:</span>2<br/>\n</td>\n"))
+        << page;
+}
+
+TEST(RReportSiteTest, FramePageAndBannerAreWrittenWholeAndTheDataCopyLogged)
+{
+    FixtureHost host("ID=rhel\n");
+    PrepareHome(host);
+    boost::filesystem::remove(host.Dir().Path() + "/data/e.gif");
+    const std::string site = host.Dir().Path() + "/site";
+    boost::filesystem::create_directory(site);
+    RRepository repo(ConnectLocal);
+    repo.SetProductName("SR650 V3");
+    LogCapture capture;
+    ASSERT_TRUE(repo.WriteHTML(site));
+    EXPECT_EQ(
+        "<!DOCTYPE html>\n<html>\n<head>\n"
+        "<title>Orvena Quantrel Essentials  SR650 V3</title>\n"
+        "</head>\n"
+        "<frameset rows=\"50,*\" frameborder=\"0\" framespacing=\"0\">\n"
+        "  <frame id=\"header_frame\" src=\"header.html\" marginwidth=\"0\" marginheight=\"0\">\n"
+        "  <frameset cols=\"200,*\" frameborder=\"0\" framespacing=\"0\">\n"
+        "    <frame name=\"navigator_frame\" src=\"navigator.html\">\n"
+        "    <frame name=\"content_frame\" src=\"system_overview.html\">\n"
+        "  </frameset>\n"
+        "  <noframes>\n"
+        "    <body>\n"
+        "    <p>Your browser does not support frames. Frame support is needed on this page.</p>\n"
+        "    </body>\n"
+        "  </noframes>\n"
+        "</frameset>\n"
+        "</html>\n",
+        host.Dir().Read("site/index.html"));
+    EXPECT_EQ(
+        "<!DOCTYPE html>\n<html>\n<head>\n"
+        "<meta http-equiv=\"content-type\" content=\"text/html; charset=utf-8\">\n"
+        "<link rel=\"stylesheet\" type=\"text/css\" href=\"data/repository.css\" />\n"
+        "</head>\n<body>\n"
+        "<table id=\"header\"><tr>\n"
+        "<td class=\"title\">Orvena Quantrel Essentials  SR650 V3</td>\n"
+        "<td class=\"logo\"><img src=\"data/orvena_logo.png\"/></td>\n"
+        "</tr></table>\n"
+        "</body>\n</html>\n",
+        host.Dir().Read("site/header.html"));
+
+    // The one copy line tells how the last file went; the files before it are there.
+    EXPECT_TRUE(capture.Has(4, "[repo] create directory, the Error code is Success")) << capture.Dump();
+    EXPECT_TRUE(capture.Has(4, "[repo] the src_path is " + host.Dir().Path() + "/data"));
+    EXPECT_TRUE(capture.Has(4, "[repo] the dest_path is " + site + "/data"));
+    EXPECT_EQ(1, capture.Count("[repo] the current_path is "));
+    EXPECT_EQ(1, capture.Count("boost::filesystem::copy_file, the error code is "));
+    EXPECT_TRUE(capture.Has(4, "[repo] boost::filesystem::copy_file, the error code is system:2")) << capture.Dump();
+    EXPECT_EQ("w.gif", host.Dir().Read("site/data/w.gif"));
+    EXPECT_FALSE(Exists(site + "/data/e.gif"));
 }

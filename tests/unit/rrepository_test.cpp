@@ -9,10 +9,19 @@
 #include <boost/function.hpp>
 
 #include <fstream>
+#include <functional>
 
 using namespace kestro::repository;
 
 namespace {
+
+// What a repository without records or scan writes.
+const char kEmptyFile[] =
+    "<?xml version=\"1.0\" encoding=\"utf-8\"?>\n"
+    "<kestro>\n"
+    "  <repository/>\n"
+    "  <SCAN/>\n"
+    "</kestro>\n";
 
 std::string Mode(RRepository& repo, const std::string& directory)
 {
@@ -117,13 +126,7 @@ TEST(RRepositoryTest, ModeNoneHasNothingUntilAFileIsRead)
     repo.RunInventory("system");
     EXPECT_TRUE(capture.Has(2, "[repo] Category not correctly initialized, skip this function"));
     ASSERT_TRUE(repo.WriteXML("", dir.Path()));
-    EXPECT_EQ(
-        "<?xml version=\"1.0\" encoding=\"utf-8\"?>\n"
-        "<kestro>\n"
-        "  <repository/>\n"
-        "  <SCAN/>\n"
-        "</kestro>\n",
-        dir.Read("RReport20130707.xml"));
+    EXPECT_EQ(kEmptyFile, dir.Read("RReport20130707.xml"));
 
     repo.InitDepModules();
     EXPECT_TRUE(capture.Has(1, "[repo] There is NO matching case for mode: ")) << capture.Dump();
@@ -237,7 +240,12 @@ TEST(RRepositoryTest, ModuleFormRunsEveryModuleAndReportsProgress)
     for (const char* type : {"ApplicationEvent", "QMMMessageLogData", "SecurityEvent", "SystemEvent"})
         RInstance(type, type, -1).AddToRepository(repo);
     seen.clear();
+    LogCapture capture;
     repo.RunInventory([](const std::string& name, const std::string& display) { seen.push_back(name + "/" + display); });
+    EXPECT_TRUE(capture.Has(3, "[repo] Begin to run inventory for module: LegacyModule")) << capture.Dump();
+    EXPECT_TRUE(capture.Has(3, "[repo] Begin to run inventory for module: RExecutionLog Module"));
+    EXPECT_TRUE(capture.Has(3, "[repo] Begin to run inventory for type: ExecutionErrorLog"));
+    EXPECT_TRUE(capture.Has(2, "[repo] Type already finished running inventory and will be skipped: SystemEvent"));
     EXPECT_EQ((std::vector<std::string>{"LegacyModule/Legacy Module", "DataSource/Data Source",
                                         "ReportHighlights Module/Report Highlights Module",
                                         "RExecutionLog Module/Execution Log Module"}),
@@ -369,4 +377,61 @@ TEST(RRepositoryTest, CombineAddsEveryEntryOfTheOther)
     LogCapture capture;
     target.Combine(target);
     EXPECT_TRUE(capture.Has(2, "[repo] Cannot combine a repository with itself"));
+}
+
+TEST(RRepositoryTest, ConstructorsLogTheirStepsInOrder)
+{
+    FixtureHost host("ID=rhel\n");
+    const std::string initEnter = "4 [repo] Entering kestro::repository::RRepositoryPrivate::InitInventoryModules().\n";
+    const std::string initExit = "4 [repo] Exiting kestro::repository::RRepositoryPrivate::InitInventoryModules().\n";
+    const std::string caseSteps = "4 [repo] Entering kestro::repository::RRepositoryPrivate::SetModulesInventoryCase().\n"
+                                  "4 [repo] Exiting kestro::repository::RRepositoryPrivate::SetModulesInventoryCase().\n";
+    const std::string header = "4 [repo] After put inventory case\n"
+                               "4 [repo] After put buildversion\n";
+    XModule::ConnectionInfo bmc;
+    const struct {
+        std::function<void()> construct;
+        std::string expected;
+    } cases[] = {
+        {[&] { RRepository repo(bmc, CaseCfcOob); },
+         "4 [repo] Enter RRepositoryPrivate\n" + initEnter + "4 [repo] The case on CFC is 27\n" + initExit + caseSteps +
+             "4 [repo] After InitInventoryModules\n" + header},
+        {[] { RRepository repo(ConnectSmm); },
+         "3 [repo] Set inventory case to  smm\n" + initEnter + "4 [repo] InitInventoryModules for SMM Inventory  \n" +
+             initExit + caseSteps + header},
+        {[] { RRepository repo(ConnectCmm); },
+         "3 [repo] Set inventory case to  cmm\n" + initEnter + "4 [repo] InitInventoryModules for CMM Inventory  \n" +
+             initExit + caseSteps + header},
+        // No plug-in lies beside this program: the ordinary case says so and goes on without it.
+        {[] { RRepository repo(ConnectOob); },
+         "3 [repo] Set inventory case to  oob\n" + initEnter +
+             "2 [repo] Unable to load shared library repository_vxmodule.so !!!\n"
+             "2 [repo] load vexa server module failed\n" +
+             initExit + caseSteps + header},
+        {[] { RRepository repo(ConnectNone); }, ""},
+    };
+    for (const auto& c : cases) {
+        LogCapture capture;
+        c.construct();
+        EXPECT_EQ(c.expected, capture.Dump());
+    }
+}
+
+TEST(RRepositoryTest, DeviceScanTakesTheUserOptionsAndLeavesAnEmptyScan)
+{
+    FixtureHost host("ID=rhel\n");
+    RRepository repo(ConnectNone);
+    XModule::UserContext context;
+    context.options["type"] = "fw";
+    context.options["checkdevice"] = "";
+    context.options["iobay"] = "2";
+    repo.SetUserContext(context);
+    LogCapture capture;
+    repo.ReadDeviceInfo();
+    EXPECT_TRUE(capture.Has(3, "[repo] Parameter --type: fw")) << capture.Dump();
+    EXPECT_TRUE(capture.Has(3, "[repo] update scan --iobay 2 --checkdevice  --dir ./ --type fw")) << capture.Dump();
+    EXPECT_EQ(0, capture.Count("Succeed."));
+
+    ASSERT_TRUE(repo.WriteXML("scan.xml", host.Dir().Path()));
+    EXPECT_EQ(kEmptyFile, host.Dir().Read("scan.xml"));
 }

@@ -102,3 +102,31 @@ TEST(RStoreComparerTest, FailuresKeepTheFirstFile)
     EXPECT_EQ((Texts{"1"}), Values(second, "Processor", "Speed"));
     EXPECT_EQ(1, capture.Count("[repo] Failed to read repository XML: "));
 }
+
+TEST(RStoreComparerTest, RecordsMergeByPositionOnTheFirstValueAndKeepTheSecondHeader)
+{
+    TempDir dir;
+    const std::string sizes12 = "<Sizes><display>S</display><value>1</value><value>2</value></Sizes>";
+    const std::string sizes53 = "<Sizes><display>S</display><value>5</value><value>3</value></Sizes>";
+    const std::string older = dir.Write(
+        "old.xml", "<kestro><repository><mode>rhel</mode><buildversion>first</buildversion>"
+                   "<Processor><display>P</display>" + Property("Name", "cpu0") + Property("Speed", "1") + sizes12 +
+                   "</Processor><Memory><display>M</display>" + sizes12 + "</Memory></repository></kestro>");
+    // A property the older record lacks puts the rest out of step: those pairs are not compared.
+    const std::string newer = dir.Write(
+        "new.xml", "<kestro><repository><mode>rhel</mode><buildversion>second</buildversion>"
+                   "<Processor><display>P</display>" + Property("Name", "cpu0x") + Property("Cache", "8") +
+                   Property("Speed", "2") + sizes53 + "</Processor><Memory><display>M</display>" + sizes53 +
+                   "</Memory></repository></kestro>");
+    RRepository repo(ConnectNone);
+    ASSERT_TRUE(repo.ReadXML(older, newer));
+    EXPECT_EQ((Texts{"cpu0|||cpu0x"}), Values(repo, "Processor", "Name"));
+    EXPECT_EQ((Texts{"2"}), Values(repo, "Processor", "Speed"));
+    std::vector<RInstance*> memory = repo.GetInstances("Memory");
+    ASSERT_EQ(1u, memory.size());
+    EXPECT_EQ("1|||5,3", memory[0]->GetNormalizedValue("Sizes", ","));
+    repo.FreeInstances(memory);
+
+    ASSERT_TRUE(repo.WriteXML("merged.xml", dir.Path()));
+    EXPECT_NE(std::string::npos, dir.Read("merged.xml").find("<buildversion>second</buildversion>"));
+}

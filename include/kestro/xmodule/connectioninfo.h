@@ -20,6 +20,7 @@ struct ConnectionInfo {
     int mode = 0;                  // first mode word: which service of the target
     int subMode = 0;               // second mode word: how that service is reached
     std::uint16_t nodeIndex = 0;   // node of a multi-node target
+    std::string caFile;            // CA bundle that checks the target's certificate; empty: unchecked
 };
 
 }  // namespace XModuleConnection

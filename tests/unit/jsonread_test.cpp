@@ -1,0 +1,218 @@
+#include "rest/jsonread.h"
+
+#include <boost/bind/bind.hpp>
+#include <boost/json/parse.hpp>
+#include <boost/system/system_error.hpp>
+#include <gtest/gtest.h>
+
+#include "rest/restsession.h"
+#include "support/logcapture.h"
+#include "support/loopbackbmc.h"
+
+namespace {
+
+const std::string MINIMAL_TREE = std::string(KESTRO_TEST_FIXTURES) + "/bmc/minimal";
+
+const char* const DOCUMENT = R"({
+  "Name": "Chassis",
+  "Count": 64,
+  "Negative": -3,
+  "Watts": 412.5,
+  "Big": 18446744073709551615,
+  "Enabled": true,
+  "Nothing": null,
+  "Status": {"Health": "OK"},
+  "Oem": {"Public": {"Slot/Bay": "A~1", "a~b": "tilde"}},
+  "Members": [{"@odata.id": "/redfish/v1/Systems/1"}, "text"]
+})";
+
+struct Visits {
+    void Member(const boost::json::value& member) { names.push_back(Rest::ReadJsonString(member, "/Name")); }
+    void Page(const std::string& next) { pages.push_back(next); }
+    std::vector<std::string> names;
+    std::vector<std::string> pages;
+};
+
+class CollectionWalkTest : public ::testing::Test {
+protected:
+    CollectionWalkTest() : bmc(Options()), session(Start(bmc)) {}
+
+    static LoopbackBmc::Options Options()
+    {
+        LoopbackBmc::Options options;
+        options.fixtureRoot = MINIMAL_TREE;
+        return options;
+    }
+    static Rest::RestSession Start(LoopbackBmc& server)
+    {
+        server.Start();
+        XModule::ConnectionInfo connection;
+        connection.host = "127.0.0.1";
+        connection.scheme = XModule::XModuleConnection::SchemeHttp;
+        connection.port = server.Port();
+        return Rest::MakeRestSession(connection);
+    }
+    std::size_t Walk(const std::string& url, Rest::CollectionWalk walk)
+    {
+        return Rest::WalkCollection(session, url, walk,
+                                    boost::bind(&Visits::Member, &visits, boost::placeholders::_1),
+                                    boost::bind(&Visits::Page, &visits, boost::placeholders::_1));
+    }
+
+    LoopbackBmc bmc;
+    Rest::RestSession session;
+    Visits visits;
+};
+
+}  // namespace
+
+TEST(JsonReadTest, KeysBecomePointerTokens)
+{
+    const struct {
+        const char* key;
+        const char* token;
+    } cases[] = {
+        {"Name", "Name"},   {"@odata.id", "@odata.id"}, {"Slot/Bay", "Slot~1Bay"}, {"a~b", "a~0b"},
+        {"~/", "~0~1"},     {"/~", "~1~0"},             {"~1", "~01"},             {"", ""},
+    };
+    for (const auto& c : cases)
+        EXPECT_EQ(c.token, Rest::EscapePointerToken(c.key)) << c.key;
+    EXPECT_EQ("/Oem/Public/Slot~1Bay", Rest::MakeJsonPointer({"Oem", "Public", "Slot/Bay"}));
+    EXPECT_EQ("", Rest::MakeJsonPointer(std::vector<std::string>()));
+    EXPECT_EQ("/Members/12", Rest::MakeJsonPointer(Rest::MakeJsonPointer({"Members"}), 12));
+}
+
+TEST(JsonReadTest, TypedReadsGiveTheDefaultForMissingOrOtherKinds)
+{
+    const boost::json::value doc = boost::json::parse(DOCUMENT);
+    EXPECT_EQ("Chassis", Rest::ReadJsonString(doc, "/Name"));
+    EXPECT_EQ("OK", Rest::ReadJsonString(doc, Rest::MakeJsonPointer({"Status", "Health"})));
+    EXPECT_EQ("A~1", Rest::ReadJsonString(doc, Rest::MakeJsonPointer({"Oem", "Public", "Slot/Bay"})));
+    EXPECT_EQ("tilde", Rest::ReadJsonString(doc, Rest::MakeJsonPointer({"Oem", "Public", "a~b"})));
+    EXPECT_EQ("/redfish/v1/Systems/1", Rest::ReadJsonString(doc, "/Members/0/@odata.id"));
+    EXPECT_EQ("N/A", Rest::ReadJsonString(doc, "/Status/State"));
+    EXPECT_EQ("N/A", Rest::ReadJsonString(doc, "/Count"));
+    EXPECT_EQ("N/A", Rest::ReadJsonString(doc, "/Members/7"));
+    EXPECT_EQ("N/A", Rest::ReadJsonString(doc, "/Members/x"));
+    EXPECT_EQ("N/A", Rest::ReadJsonString(doc, "no leading slash"));
+    EXPECT_EQ("dflt", Rest::ReadJsonString(doc, "/Nothing", "dflt"));
+
+    EXPECT_EQ(64, Rest::ReadJsonInt(doc, "/Count", -1));
+    EXPECT_EQ(-3, Rest::ReadJsonInt(doc, "/Negative", 0));
+    EXPECT_EQ(-1, Rest::ReadJsonInt(doc, "/Watts", -1));  // not a whole number
+    EXPECT_EQ(-1, Rest::ReadJsonInt(doc, "/Name", -1));
+    EXPECT_EQ(-1, Rest::ReadJsonInt(doc, "/Big", -1));   // out of range
+    EXPECT_EQ(18446744073709551615ull, Rest::ReadJsonUint(doc, "/Big", 0));
+    EXPECT_EQ(7u, Rest::ReadJsonUint(doc, "/Negative", 7));
+    EXPECT_DOUBLE_EQ(412.5, Rest::ReadJsonDouble(doc, "/Watts", 0));
+    EXPECT_DOUBLE_EQ(64.0, Rest::ReadJsonDouble(doc, "/Count", 0));
+    EXPECT_DOUBLE_EQ(-2.0, Rest::ReadJsonDouble(doc, "/Enabled", -2.0));
+    EXPECT_TRUE(Rest::ReadJsonBool(doc, "/Enabled", false));
+    EXPECT_FALSE(Rest::ReadJsonBool(doc, "/Count", false));
+
+    EXPECT_EQ("Chassis", Rest::ReadJsonText(doc, "/Name"));
+    EXPECT_EQ("64", Rest::ReadJsonText(doc, "/Count"));
+    EXPECT_EQ("412.5", Rest::ReadJsonText(doc, "/Watts"));
+    EXPECT_EQ("-3", Rest::ReadJsonText(doc, "/Negative"));
+    EXPECT_EQ("18446744073709551615", Rest::ReadJsonText(doc, "/Big"));
+    EXPECT_EQ("true", Rest::ReadJsonText(doc, "/Enabled"));
+    EXPECT_EQ("N/A", Rest::ReadJsonText(doc, "/Nothing"));
+    EXPECT_EQ("N/A", Rest::ReadJsonText(doc, "/Status"));
+    EXPECT_EQ("N/A", Rest::ReadJsonText(doc, "/Missing"));
+}
+
+TEST(JsonReadTest, ShapeChecksFindOnlyTheWantedKind)
+{
+    const boost::json::value doc = boost::json::parse(DOCUMENT);
+    EXPECT_NE(nullptr, Rest::FindJsonObject(doc, "/Status"));
+    EXPECT_NE(nullptr, Rest::FindJsonObject(doc, ""));
+    EXPECT_EQ(nullptr, Rest::FindJsonObject(doc, "/Members"));
+    EXPECT_EQ(nullptr, Rest::FindJsonObject(doc, "/Missing"));
+    ASSERT_NE(nullptr, Rest::FindJsonArray(doc, "/Members"));
+    EXPECT_EQ(2u, Rest::FindJsonArray(doc, "/Members")->size());
+    EXPECT_EQ(nullptr, Rest::FindJsonArray(doc, "/Status"));
+    EXPECT_NE(nullptr, Rest::FindJsonValue(doc, "/Nothing"));
+    EXPECT_EQ(nullptr, Rest::FindJsonValue(doc, "/Members/2"));
+}
+
+TEST(JsonReadTest, MalformedTextIsReportedWithoutThrowing)
+{
+    const char* const inputs[] = {"", "{", "{\"a\": }", "[1, 2", "{\"a\": 1} trailing", "nul"};
+    for (const char* input : inputs) {
+        boost::json::value out = boost::json::parse("{\"kept\": 1}");
+        std::string error;
+        EXPECT_FALSE(Rest::TryParseJson(input, out, error)) << input;
+        EXPECT_FALSE(error.empty());
+        EXPECT_EQ(1, Rest::ReadJsonInt(out, "/kept", 0));  // untouched on failure
+    }
+    boost::json::value out;
+    std::string error;
+    EXPECT_TRUE(Rest::TryParseJson("{\"Id\": \"1\"}", out, error));
+    EXPECT_EQ("1", Rest::ReadJsonString(out, "/Id"));
+}
+
+TEST_F(CollectionWalkTest, ExpandedWalkFollowsNextLinkPages)
+{
+    bmc.SetPageSize(2);
+    EXPECT_EQ(3u, Walk("/redfish/v1/Systems", Rest::WalkExpanded));
+    EXPECT_EQ((std::vector<std::string>{"Node 1", "Node 2", "Node 3"}), visits.names);
+    EXPECT_EQ((std::vector<std::string>{"/redfish/v1/Systems?$skip=2&$expand=.($levels=1)"}), visits.pages);
+    EXPECT_EQ(2, bmc.RequestCount());
+    EXPECT_EQ(0, bmc.RequestCount("/redfish/v1/Systems/1"));
+
+    // A url that already asks for expansion is taken as it stands.
+    visits = Visits();
+    bmc.SetPageSize(0);
+    EXPECT_EQ(3u, Walk("/redfish/v1/Systems?$expand=.($levels=1)", Rest::WalkExpanded));
+    EXPECT_EQ("/redfish/v1/Systems?$expand=.($levels=1)", bmc.LastRequest().target);
+    EXPECT_TRUE(visits.pages.empty());
+}
+
+TEST_F(CollectionWalkTest, LinkWalkFetchesEachMemberAndSkipsMissingLinks)
+{
+    bmc.SetDocument("/redfish/v1/Mixed",
+                    R"({"Members": [{"@odata.id": "/redfish/v1/Systems/3"}, {"Name": "no link"},
+                                    {"@odata.id": 5}, {"@odata.id": "/redfish/v1/Systems/1"}]})");
+    EXPECT_EQ(2u, Walk("/redfish/v1/Mixed", Rest::WalkLinks));
+    EXPECT_EQ((std::vector<std::string>{"Node 3", "Node 1"}), visits.names);
+    EXPECT_EQ("/redfish/v1/Mixed", bmc.Requests().front().target);
+    EXPECT_EQ(1, bmc.RequestCount("/redfish/v1/Systems/3"));
+
+    visits = Visits();
+    bmc.SetPageSize(1);
+    EXPECT_EQ(3u, Walk("/redfish/v1/Systems", Rest::WalkLinks));
+    EXPECT_EQ((std::vector<std::string>{"Node 1", "Node 2", "Node 3"}), visits.names);
+    EXPECT_EQ(2u, visits.pages.size());
+}
+
+TEST_F(CollectionWalkTest, FailuresEndTheWalkAfterTheMembersAlreadyVisited)
+{
+    // The second member's document is cut short.
+    EXPECT_THROW(Walk("/redfish/v1/Managers", Rest::WalkLinks), boost::system::system_error);
+    EXPECT_EQ((std::vector<std::string>{"Node 1"}), visits.names);
+
+    visits = Visits();
+    bmc.SetDocument("/redfish/v1/Gone", R"({"Members": [{"@odata.id": "/redfish/v1/Systems/2"},
+                                                         {"@odata.id": "/redfish/v1/Systems/9"}]})");
+    try {
+        Walk("/redfish/v1/Gone", Rest::WalkLinks);
+        ADD_FAILURE() << "no InventoryError";
+    } catch (const Rest::InventoryError& error) {
+        EXPECT_EQ("Failed to get url " + session.baseUrl + "/redfish/v1/Systems/9, error code is 404",
+                  std::string(error.what()));
+    }
+    EXPECT_EQ((std::vector<std::string>{"Node 2"}), visits.names);
+
+    EXPECT_THROW(Walk("/redfish/v1/Broken", Rest::WalkExpanded), boost::system::system_error);
+    EXPECT_EQ(0u, Walk("/redfish/v1/Chassis/1", Rest::WalkExpanded));  // no Members: nothing to walk
+}
+
+TEST_F(CollectionWalkTest, APageThatLinksToItselfEndsTheWalk)
+{
+    LogCapture log;
+    bmc.SetDocument("/redfish/v1/Loop", R"({"Members": [{"Name": "only"}],
+                                            "Members@odata.nextLink": "/redfish/v1/Loop"})");
+    EXPECT_EQ(2u, Walk("/redfish/v1/Loop?$expand=.($levels=1)", Rest::WalkExpanded));
+    EXPECT_EQ(2, bmc.RequestCount("/redfish/v1/Loop"));
+    EXPECT_EQ(1, log.Count("links again to page /redfish/v1/Loop"));
+}

@@ -1,0 +1,209 @@
+#include "kestro/rest/redfishclient.h"
+
+#include <chrono>
+#include <sstream>
+
+#include <gtest/gtest.h>
+
+#include "kestro/xmodule/log.h"
+#include "rest/redfishsettings.h"
+#include "rest/retrypolicy.h"
+#include "support/logcapture.h"
+#include "support/loopbackbmc.h"
+#include "support/tempdir.h"
+
+using Rest::RedfishClient;
+using Rest::RestResult;
+
+namespace {
+
+const std::string MINIMAL_TREE = std::string(KESTRO_TEST_FIXTURES) + "/bmc/minimal";
+const char* const REFUSAL_LINE = "[repo] curlCode: 0 | httpCode: 503 | body: {\"error\":\"service is starting\"}";
+
+LoopbackBmc::Options TreeOptions()
+{
+    LoopbackBmc::Options options;
+    options.fixtureRoot = MINIMAL_TREE;
+    return options;
+}
+
+long long MillisecondsSince(std::chrono::steady_clock::time_point start)
+{
+    return std::chrono::duration_cast<std::chrono::milliseconds>(std::chrono::steady_clock::now() - start).count();
+}
+
+class RedfishClientTest : public ::testing::Test {
+protected:
+    RedfishClientTest() : bmc(TreeOptions()) { bmc.Start(); }
+
+    LoopbackBmc bmc;
+    RedfishClient client;
+    LogCapture log;
+};
+
+}  // namespace
+
+TEST_F(RedfishClientTest, A503IsRetriedAfterAPauseUntilTheServiceAnswers)
+{
+    client.SetRetryTiming(60000, 200);
+    bmc.FailFirst(1);
+    const std::string url = bmc.Url("/redfish/v1/Systems/1");
+    const std::chrono::steady_clock::time_point start = std::chrono::steady_clock::now();
+    const RestResult result = client.Get(url);
+    EXPECT_GE(MillisecondsSince(start), 200);
+    EXPECT_EQ(0, result.curlCode);
+    EXPECT_EQ(200, result.httpCode);
+    EXPECT_NE(std::string::npos, result.body.find("SN-0001"));
+    EXPECT_EQ(2, bmc.RequestCount("/redfish/v1/Systems/1"));
+    EXPECT_TRUE(log.Has(XModule::LOG_DEBUG, "[repo] Redfish GET action on URL: " + url)) << log.Dump();
+    EXPECT_TRUE(log.Has(XModule::LOG_DEBUG, REFUSAL_LINE)) << log.Dump();
+    EXPECT_EQ(1, log.Count("curlCode: "));
+}
+
+TEST_F(RedfishClientTest, A503ThatNeverEndsIsReturnedAfterTheWait)
+{
+    client.SetRetryTiming(300, 50);
+    bmc.FailFirst(1000);
+    const RestResult result = client.Get(bmc.Url("/redfish/v1"));
+    EXPECT_EQ(0, result.curlCode);
+    EXPECT_EQ(503, result.httpCode);
+    // Tries go on until the wait is over; the last one may start just before its end.
+    EXPECT_GE(bmc.RequestCount(), 3);
+    EXPECT_EQ(bmc.RequestCount(), log.Count("httpCode: 503"));
+}
+
+TEST_F(RedfishClientTest, OtherFailuresAreReturnedAtOnce)
+{
+    // A retry would take a minute and make the test fail on its own deadline.
+    client.SetRetryTiming(60000, 60000);
+    const int statuses[] = {502, 500, 401};
+    for (int status : statuses) {
+        bmc.ClearRequests();
+        bmc.FailFirst(5, status);
+        const RestResult result = client.Get(bmc.Url("/redfish/v1"));
+        EXPECT_EQ(status, result.httpCode);
+        EXPECT_EQ(1, bmc.RequestCount());
+    }
+
+    const std::string url = bmc.Url("/redfish/v1");
+    bmc.Stop();
+    const RestResult refused = client.Get(url);
+    EXPECT_EQ(7, refused.curlCode);
+    EXPECT_EQ(-1, refused.httpCode);
+    EXPECT_EQ(0, log.Count("curlCode: "));
+}
+
+TEST_F(RedfishClientTest, VerbsWithABodyAreRetriedWithTheSameArguments)
+{
+    client.SetRetryTiming(60000, 10);
+    bmc.FailFirst(1);
+    EXPECT_EQ(200, client.Put(bmc.Url("/redfish/v1/Systems/1"), "{\"AssetTag\":\"A\"}").httpCode);
+    std::vector<LoopbackBmc::Request> seen = bmc.Requests();
+    ASSERT_EQ(2u, seen.size());
+    EXPECT_EQ("{\"AssetTag\":\"A\"}", seen[0].body);
+    EXPECT_EQ("{\"AssetTag\":\"A\"}", seen[1].body);
+
+    bmc.ClearRequests();
+    bmc.FailFirst(2);
+    std::stringstream stream(std::string(100000, 'z'));
+    EXPECT_EQ(200, client.PatchStream(bmc.Url("/redfish/v1/Systems/1"), stream).httpCode);
+    seen = bmc.Requests();
+    ASSERT_EQ(3u, seen.size());
+    for (const LoopbackBmc::Request& request : seen) {
+        EXPECT_EQ("PATCH", request.method);
+        EXPECT_EQ(100000u, request.body.size());
+    }
+
+    bmc.ClearRequests();
+    bmc.FailFirst(1);
+    EXPECT_EQ(200, client.Post(bmc.Url("/redfish/v1/Actions"), "go").httpCode);
+    EXPECT_EQ("go", bmc.LastRequest().body);
+    bmc.FailFirst(1);
+    EXPECT_EQ(204, client.Delete(bmc.Url("/redfish/v1/Systems/3")).httpCode);
+    bmc.FailFirst(1);
+    EXPECT_EQ(200, client.Head(bmc.Url("/redfish/v1")).httpCode);
+    bmc.FailFirst(1);
+    EXPECT_EQ(200, client.Options(bmc.Url("/redfish/v1")).httpCode);
+    EXPECT_EQ(8, bmc.RequestCount());
+}
+
+TEST_F(RedfishClientTest, RequestIsForwardedWithoutRetry)
+{
+    client.SetRetryTiming(60000, 10);
+    bmc.FailFirst(3);
+    EXPECT_EQ(503, client.Request(Rest::RequestGet, bmc.Url("/redfish/v1"), "").httpCode);
+    EXPECT_EQ(1, bmc.RequestCount());
+    EXPECT_EQ("unknown request type", client.Request(Rest::RequestDelete, bmc.Url("/redfish/v1"), "").body);
+    EXPECT_EQ(1, bmc.RequestCount());
+    EXPECT_EQ(200, client.Get(bmc.Url("/redfish/v1")).httpCode);
+    EXPECT_EQ(4, bmc.RequestCount());
+}
+
+TEST_F(RedfishClientTest, SettersReachTheInnerClient)
+{
+    LoopbackBmc::Options options = TreeOptions();
+    options.user = "admin";
+    options.password = "pw";
+    LoopbackBmc guarded(options);
+    guarded.Start();
+    client.SetCredentials("admin", "pw");
+    Rest::HeaderMap headers;
+    headers["Accept"] = "application/json";
+    client.SetHeaders(headers);
+    client.SetHeader("X-Trace", "7");
+    EXPECT_EQ(2u, client.GetHeaders().size());
+    EXPECT_EQ(0, client.EnableGzip());
+    const RestResult result = client.Get(guarded.Url("/redfish/v1"));
+    EXPECT_EQ(200, result.httpCode);
+    EXPECT_EQ("gzip", result.headers.at("Content-Encoding"));
+    EXPECT_EQ("7", guarded.LastRequest().headers["x-trace"]);
+    EXPECT_EQ(-2, client.ClassifyResult([] { RestResult r; r.curlCode = 60; return r; }()));
+}
+
+TEST_F(RedfishClientTest, ADefaultClientPausesFiveSecondsBetweenTries)
+{
+    ASSERT_GT(Rest::GetRedfishSettings().startupWaitMs, 0u);
+    EXPECT_EQ(5000u, Rest::RetryPolicy::FromSettings().intervalMs);
+    RedfishClient untouched;
+    bmc.FailFirst(1);
+    const std::chrono::steady_clock::time_point start = std::chrono::steady_clock::now();
+    EXPECT_EQ(200, untouched.Get(bmc.Url("/redfish/v1")).httpCode);
+    EXPECT_GE(MillisecondsSince(start), 5000);
+    EXPECT_EQ(2, bmc.RequestCount());
+}
+
+TEST(RedfishSettingsTest, SettingsComeFromGlobalConfigWithDefaults)
+{
+    TempDir home;
+    ScopedEnv env("KESTRO_HOME", home.Path());
+    Rest::RedfishSettings settings = Rest::ReadRedfishSettings();
+    EXPECT_EQ(180000u, settings.startupWaitMs);
+    EXPECT_EQ(0, settings.actionTimeout);
+
+    home.Write("global.config", "# Redfish\nREDFISH_STARTUP_WAIT_TIME=7\nREST_ACTION_TIMEOUT=30\n");
+    settings = Rest::ReadRedfishSettings();
+    EXPECT_EQ(7000u, settings.startupWaitMs);
+    EXPECT_EQ(30, settings.actionTimeout);
+
+    home.Write("global.config", "REDFISH_STARTUP_WAIT_TIME=-5\nREST_ACTION_TIMEOUT=soon\n");
+    settings = Rest::ReadRedfishSettings();
+    EXPECT_EQ(0u, settings.startupWaitMs);
+    EXPECT_EQ(0, settings.actionTimeout);
+
+    EXPECT_EQ(30, Rest::EffectiveTimeout(600, 30));
+    EXPECT_EQ(600, Rest::EffectiveTimeout(600, 0));
+    EXPECT_EQ(-1, Rest::EffectiveTimeout(-1, 0));
+}
+
+TEST(RedfishSettingsTest, TheProcessReadsTheSettingsOnce)
+{
+    const Rest::RedfishSettings& first = Rest::GetRedfishSettings();
+    const Rest::RedfishSettings before = first;
+    TempDir home;
+    ScopedEnv env("KESTRO_HOME", home.Path());
+    home.Write("global.config", "REDFISH_STARTUP_WAIT_TIME=1\nREST_ACTION_TIMEOUT=99\n");
+    const Rest::RedfishSettings& again = Rest::GetRedfishSettings();
+    EXPECT_EQ(&first, &again);
+    EXPECT_EQ(before.startupWaitMs, again.startupWaitMs);
+    EXPECT_EQ(before.actionTimeout, again.actionTimeout);
+}

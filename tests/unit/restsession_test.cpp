@@ -1,0 +1,153 @@
+#include "rest/restsession.h"
+
+#include <boost/json/parse.hpp>
+#include <gtest/gtest.h>
+
+#include "support/loopbackbmc.h"
+#include "support/tempdir.h"
+
+using Rest::RestResult;
+using Rest::RestSession;
+using XModule::ConnectionInfo;
+
+namespace {
+
+const std::string MINIMAL_TREE = std::string(KESTRO_TEST_FIXTURES) + "/bmc/minimal";
+
+ConnectionInfo Connection(const std::string& host, int scheme, int port, bool ipv6)
+{
+    ConnectionInfo connection;
+    connection.host = host;
+    connection.scheme = scheme;
+    connection.port = port;
+    connection.isIPv6 = ipv6;
+    return connection;
+}
+
+std::string ExpectFetchFailure(RestSession& session, const std::string& url, int levels)
+{
+    RestResult result;
+    try {
+        Rest::FetchUrl(session, result, url, levels);
+    } catch (const Rest::InventoryError& error) {
+        return error.what();
+    }
+    ADD_FAILURE() << "no InventoryError for " << url;
+    return std::string();
+}
+
+}  // namespace
+
+TEST(RestSessionTest, BaseUrlsBracketIpv6HostsAndOmitPortZero)
+{
+    const struct {
+        ConnectionInfo connection;
+        const char* expected;
+    } cases[] = {
+        {Connection("10.0.0.5", 1, 0, false), "https://10.0.0.5"},
+        {Connection("fe80::1", 1, 8443, true), "https://[fe80::1]:8443"},
+        {Connection("bmc.example", 0, 8080, false), "http://bmc.example:8080"},
+        {Connection("::1", 0, 0, true), "http://[::1]"},
+        {Connection("host", 2, 22, false), "ssh://host:22"},
+    };
+    for (const auto& c : cases)
+        EXPECT_EQ(c.expected, Rest::BuildBaseUrl(c.connection));
+}
+
+TEST(RestSessionTest, ASessionSendsCredentialsTrustsAnyCertificateAndFollowsRedirects)
+{
+    LoopbackBmc::Options options;
+    options.fixtureRoot = MINIMAL_TREE;
+    options.https = true;
+    options.user = "USERID";
+    options.password = "PASSW0RD";
+    LoopbackBmc bmc(options);
+    bmc.Start();
+    bmc.AddRedirect("/redfish/v1/Old", 301, "/redfish/v1/Systems/2");
+
+    ConnectionInfo connection = Connection("127.0.0.1", 1, bmc.Port(), false);
+    connection.user = "USERID";
+    connection.password = "PASSW0RD";
+    RestSession session = Rest::MakeRestSession(connection);
+    EXPECT_EQ(bmc.BaseUrl(), session.baseUrl);
+
+    RestResult result;
+    Rest::FetchUrl(session, result, "/redfish/v1/Systems", 1);
+    EXPECT_EQ("/redfish/v1/Systems?$expand=.($levels=1)", bmc.LastRequest().target);
+    const boost::json::value expanded = boost::json::parse(result.body);
+    EXPECT_EQ("SN-0003", expanded.at_pointer("/Members/2/SerialNumber").as_string());
+
+    Rest::FetchUrl(session, result, "/redfish/v1/Old", 0);
+    EXPECT_EQ("/redfish/v1/Systems/2", bmc.LastRequest().target);
+    EXPECT_EQ("PASSW0RD", bmc.LastRequest().password);
+    EXPECT_NE(std::string::npos, result.body.find("SN-0002"));
+}
+
+TEST(RestSessionTest, FetchUrlThrowsForEverythingButA200)
+{
+    LoopbackBmc::Options options;
+    options.fixtureRoot = MINIMAL_TREE;
+    LoopbackBmc bmc(options);
+    bmc.Start();
+    RestSession session = Rest::MakeRestSession(Connection("127.0.0.1", 0, bmc.Port(), false));
+    session.client.SetRetryTiming(200, 50);
+    const std::string base = session.baseUrl;
+
+    EXPECT_EQ("Failed to get url " + base + "/redfish/v1/Nope, error code is 404",
+              ExpectFetchFailure(session, "/redfish/v1/Nope", 0));
+    EXPECT_EQ("Failed to get url " + base + "/redfish/v1/Nope?$expand=.($levels=2), error code is 404",
+              ExpectFetchFailure(session, "/redfish/v1/Nope", 2));
+    bmc.ForceStatus("/redfish/v1/Created", 201);
+    EXPECT_EQ("Failed to get url " + base + "/redfish/v1/Created, error code is 201",
+              ExpectFetchFailure(session, "/redfish/v1/Created", 0));
+    bmc.FailFirst(1000);
+    const std::string starting = ExpectFetchFailure(session, "/redfish/v1", 0);
+    EXPECT_EQ(", error code is 503", starting.substr(starting.size() - 19));
+    bmc.FailFirst(0);
+
+    bmc.Stop();
+    EXPECT_EQ("Failed to get url " + base + "/redfish/v1, error code is -1",
+              ExpectFetchFailure(session, "/redfish/v1", 0));
+}
+
+TEST(RestSessionTest, FetchUrlReachesAnIpv6Bmc)
+{
+    if (!LoopbackBmc::CanBind("::1"))
+        GTEST_SKIP() << "IPv6 loopback unavailable";
+    LoopbackBmc::Options options;
+    options.fixtureRoot = MINIMAL_TREE;
+    options.address = "::1";
+    LoopbackBmc bmc(options);
+    bmc.Start();
+    RestSession session = Rest::MakeRestSession(Connection("::1", 0, bmc.Port(), true));
+    EXPECT_EQ("http://[::1]:" + std::to_string(bmc.Port()), session.baseUrl);
+    RestResult result;
+    Rest::FetchUrl(session, result, "/redfish/v1/Chassis/1", 0);
+    EXPECT_EQ(200, result.httpCode);
+    EXPECT_NE(std::string::npos, result.body.find("CH-42"));
+}
+
+TEST(RestSessionTest, ACaFileOnTheConnectionChecksTheBmcCertificate)
+{
+    LoopbackBmc::Options options;
+    options.fixtureRoot = MINIMAL_TREE;
+    options.https = true;
+    LoopbackBmc trusted(options);
+    trusted.Start();
+    LoopbackBmc stranger(options);
+    stranger.Start();
+    TempDir dir;
+    ConnectionInfo connection = Connection("127.0.0.1", 1, trusted.Port(), false);
+    connection.caFile = dir.Write("bmc.pem", trusted.CertificatePem());
+
+    RestSession session = Rest::MakeRestSession(connection);
+    RestResult result;
+    Rest::FetchUrl(session, result, "/redfish/v1", 0);
+    EXPECT_EQ(200, result.httpCode);
+
+    // Another BMC's own certificate is not signed by that bundle, so the check refuses it.
+    connection.port = stranger.Port();
+    RestSession refused = Rest::MakeRestSession(connection);
+    EXPECT_EQ(-1, refused.client.Get(refused.baseUrl + "/redfish/v1").httpCode);
+    EXPECT_EQ(0u, stranger.RequestCount());
+}

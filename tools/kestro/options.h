@@ -1,0 +1,25 @@
+#ifndef KESTRO_TOOL_OPTIONS_H
+#define KESTRO_TOOL_OPTIONS_H
+
+#include "kestro/xmodule/log.h"
+
+#include <string>
+#include <vector>
+
+// What the command line asks for.
+struct Options {
+    std::string command;
+    std::vector<std::string> files;
+    std::string output;
+    std::string group;
+    std::string redfishUrl;
+    std::string caseName;
+    std::string caFile;
+    int logLevel = XModule::LOG_INFO;
+};
+
+// Reads argv into `options`; false with `problem` set on an unknown or incomplete argument.
+// The password part of a --redfish URL is blanked in argv, so process listings never show it.
+bool ParseArguments(int argc, char** argv, Options& options, std::string& problem);
+
+#endif
