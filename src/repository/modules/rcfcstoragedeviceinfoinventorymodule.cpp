@@ -150,6 +150,8 @@ RCFCStorageDeviceInfoInventoryModule::MakeStorageClient(const XModule::Connectio
     }
     storage.client->SetCredentials(connection.user, connection.password);
     storage.client->SetInsecure(true);
+    // As every Redfish session: a CA bundle the user gave is checked.
+    if (!connection.caFile.empty()) storage.client->SetCaFile(connection.caFile);
     storage.client->SetTimeout(kStorageTimeoutSeconds);
     storage.client->SetFollowRedirects(true, -1);
     storage.client->SetHeader("Accept", "application/json");
