@@ -108,10 +108,18 @@ TEST(RCFCStorageDeviceInfoInventoryModuleTest, FullTargetSplitsItsMembersByLayou
 TEST(RCFCStorageDeviceInfoInventoryModuleTest, StorageUnitTargetHasNoRaidRows)
 {
     RCFCTarget target("storages", true);
+    // One member a page: the collection and the drive lists come in pages.
+    target.Bmc().SetPageSize(1);
     RCFCStorageDeviceInfoInventoryModule module;
     LogCapture capture;
     RunAll(target, module);
     EXPECT_EQ(0, capture.Count("Failed")) << capture.Dump();
+    EXPECT_EQ(6, capture.Count("[repo] odata.nextLink :/redfish/v1/Systems/1/Storages?$skip=1"));
+    // The raw data holds both pages' answers.
+    const std::vector<std::string> raw = ColumnOf(target.Repo(), "RAIDSHOWRawData", "RawData");
+    ASSERT_EQ(1u, raw.size());
+    EXPECT_NE(std::string::npos, raw[0].find("\"A5R1M2K0021\""));
+    EXPECT_NE(std::string::npos, raw[0].find("\"A5R1NVB0117\""));
     EXPECT_EQ(0, capture.Count("Try to get raid info"));
     EXPECT_TRUE(ColumnOf(target.Repo(), "RaidStorageDevice", "Name").empty());
     EXPECT_TRUE(ColumnOf(target.Repo(), "DiskDevice", "Name").empty());

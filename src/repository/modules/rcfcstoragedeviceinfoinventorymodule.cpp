@@ -11,6 +11,7 @@
 #include <boost/bind/bind.hpp>
 #include <boost/make_shared.hpp>
 
+#include <set>
 #include <sstream>
 
 namespace kestro {
@@ -80,6 +81,8 @@ const std::vector<unsigned> kRawDataPercents = {20, 20, 40, 20};
 
 const char* const kExpand = "?$expand=.($levels=1)";
 const char* const kStorageUnitKey = "StorageUnit";
+const char* const kNextLinkKey = "Members@odata.nextLink";
+const char* const kNextLinkPointer = "/Members@odata.nextLink";
 const char* const kFailurePrefix = "Failed to read Rest information in RCFCStorageDeviceInfoInventoryModule::";
 const char* const kStartLine = "Try to enum storage device instances.";
 const char* const kRaidStartLine = "Try to enum raid storage device instances.";
@@ -204,7 +207,30 @@ bool RCFCStorageDeviceInfoInventoryModule::ReadStorages(RRepository& repo, const
         return false;
     }
     if (traced) RLOG(4) << " Enter get storage json value success";
+    AppendLaterPages(storage, storages, function, "");
     return true;
+}
+
+void RCFCStorageDeviceInfoInventoryModule::AppendLaterPages(StorageClient& storage, boost::json::value& collection,
+                                                            const std::string& function, const std::string& suffix)
+{
+    boost::json::object* first = collection.if_object();
+    std::set<std::string> seen;
+    while (first != nullptr) {
+        const std::string next = Rest::ReadJsonString(collection, kNextLinkPointer);
+        first->erase(kNextLinkKey);
+        boost::json::array* members = first->contains("Members") ? first->at("Members").if_array() : nullptr;
+        // A page that links back to one already read would never end the walk.
+        if (next == Rest::JSON_MISSING_TEXT || members == nullptr || !seen.insert(next).second) return;
+        RLOG(3) << "odata.nextLink :" << next;
+        boost::json::value page;
+        if (!FetchMember(storage, next, function, suffix, page)) return;
+        const boost::json::array* more = Rest::FindJsonArray(page, "/Members");
+        if (more == nullptr) return;
+        members->insert(members->end(), more->begin(), more->end());
+        const boost::json::value* link = Rest::FindJsonValue(page, kNextLinkPointer);
+        if (link != nullptr) (*first)[kNextLinkKey] = *link;
+    }
 }
 
 bool RCFCStorageDeviceInfoInventoryModule::FetchMember(StorageClient& storage, const std::string& url,
@@ -284,15 +310,16 @@ void RCFCStorageDeviceInfoInventoryModule::EnumVolumesInstances(RRepository& rep
     WalkRaidMembers(repo, RaidVolumes, kStartLine, "EnumVolumesInstances");
 }
 
-// The raw data is the BMC's own answer to the expanded storage collection, kept as it came: it
-// holds every controller, drive link and volume link the BMC reported, including fields the
-// tables leave out, for whoever has to look closer.
+// The raw data is the BMC's own answer to the expanded storage collection, kept as it came (a
+// paged collection gives its pages' answers one after the other): it holds every controller,
+// drive link and volume link the BMC reported, including fields the tables leave out, for
+// whoever has to look closer.
 void RCFCStorageDeviceInfoInventoryModule::EnumRAIDSHOWRawDataInstances(RRepository& repo)
 {
     RCFCRedfish::RunGuarded([&]() {
         StorageClient storage;
         if (!OpenStorage(repo, kStartLine, storage)) return;
-        const std::string text = GetStorageJson(*storage.client, storage.baseUrl + StoragesUrl() + kExpand);
+        const std::string text = ReadRawPages(storage);
         if (text.empty()) return;
         RInstance instance("RAIDSHOWRawData", "Raid Show Raw Data", -1);
         instance.AddProperty("Command", "Command", std::string("raid show"));
@@ -302,6 +329,23 @@ void RCFCStorageDeviceInfoInventoryModule::EnumRAIDSHOWRawDataInstances(RReposit
         instance.AddProperty("Filename", "File Name", std::string("raid_show.txt"));
         instance.AddToRepository(repo);
     });
+}
+
+std::string RCFCStorageDeviceInfoInventoryModule::ReadRawPages(StorageClient& storage)
+{
+    std::string pages = GetStorageJson(*storage.client, storage.baseUrl + StoragesUrl() + kExpand);
+    std::string page = pages;
+    std::set<std::string> seen;
+    boost::json::value answer;
+    std::string error;
+    while (Rest::TryParseJson(page, answer, error)) {
+        const std::string next = Rest::ReadJsonString(answer, kNextLinkPointer);
+        if (next == Rest::JSON_MISSING_TEXT || !seen.insert(next).second) break;
+        page = GetStorageJson(*storage.client, storage.baseUrl + next);
+        if (page.empty()) break;
+        pages += "\n" + page;
+    }
+    return pages;
 }
 
 void RCFCStorageDeviceInfoInventoryModule::GetRaidInfo(RRepository& repo, StorageClient& storage,
@@ -368,6 +412,7 @@ void RCFCStorageDeviceInfoInventoryModule::AddLinkedMembers(RRepository& repo, S
     if (url == Rest::JSON_MISSING_TEXT) return;
     boost::json::value collection;
     if (!FetchMember(storage, url + kExpand, function, suffix, collection)) return;
+    AppendLaterPages(storage, collection, function, suffix);
     const boost::json::array* entries = Rest::FindJsonArray(collection, "/Members");
     if (entries == nullptr) return;
     for (const boost::json::value& entry : *entries) {

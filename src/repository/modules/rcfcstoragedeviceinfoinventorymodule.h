@@ -75,6 +75,12 @@ private:
     void AddLinkedMembers(RRepository& repo, StorageClient& storage, const boost::json::value& member,
                           const std::string& key, const std::string& function, const std::string& suffix,
                           const LinkedRows& rows);
+    // The answers of the storage collection's pages, one after the other; "" when the first failed.
+    std::string ReadRawPages(StorageClient& storage);
+    // Joins the members of the pages that follow the collection's next links into its "Members";
+    // a page that can't be read ends the join with the failure line of `function` + `suffix`.
+    void AppendLaterPages(StorageClient& storage, boost::json::value& collection, const std::string& function,
+                          const std::string& suffix);
     // Fetches `url` under the base and parses it; logs the failure line of `function` + `suffix`.
     bool FetchMember(StorageClient& storage, const std::string& url, const std::string& function,
                      const std::string& suffix, boost::json::value& out);
