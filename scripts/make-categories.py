@@ -137,6 +137,12 @@ ESXI_OS = section(
 )
 
 # Out-of-band targets read over the BMC's Redfish service.
+# Through the BMC the summary also names the machine itself.
+CFC_SUMMARY = section(
+    "summary", "Summary",
+    group("system_overview", "System Overview", ["DataSource", "SystemVPD", "ReportHighlights"]),
+)
+
 CFC_HARDWARE = section(
     "hardware", "Hardware",
     group("processors", "Processors", ["Processor"]),
@@ -185,11 +191,11 @@ def chassis(name, display):
 SERVER = [HARDWARE, STORAGE, NETWORK, BMC_LOGS]
 WINDOWS = [SUMMARY] + SERVER + [WINDOWS_OS, WINDOWS_EVENTS, EXECUTION]
 LINUX = [SUMMARY] + SERVER + [LINUX_OS, LINUX_LOGS, EXECUTION]
-CFC_OOB = [SUMMARY, CFC_HARDWARE, CFC_ENVIRONMENT, CFC_STORAGE, CFC_LOGS, EXECUTION]
+CFC_OOB = [CFC_SUMMARY, CFC_HARDWARE, CFC_ENVIRONMENT, CFC_STORAGE, CFC_LOGS, EXECUTION]
 
 
 def cfc_in_band(*os_sections):
-    return [SUMMARY, CFC_HARDWARE, CFC_ENVIRONMENT, CFC_INBAND_STORAGE, CFC_LOGS] + list(os_sections) + [EXECUTION]
+    return [CFC_SUMMARY, CFC_HARDWARE, CFC_ENVIRONMENT, CFC_INBAND_STORAGE, CFC_LOGS] + list(os_sections) + [EXECUTION]
 
 
 CASES = {
