@@ -1,4 +1,4 @@
-#include "systemtype/systemcheck.h"
+#include "kestro/systemtype/systemcheck.h"
 
 #include "kestro/xmodule/kestrodirectory.h"
 #include "repository/rlog.h"

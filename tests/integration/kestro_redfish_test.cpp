@@ -3,9 +3,18 @@
 
 #include <gtest/gtest.h>
 
-#include <sys/wait.h>
+#include <boost/filesystem/operations.hpp>
 
+#include <fcntl.h>
+#include <spawn.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <algorithm>
 #include <cstdio>
+#include <cstring>
+#include <fstream>
+#include <iterator>
 #include <string>
 
 // The built tool against a loopback BMC serving the full CFC fixture.
@@ -33,6 +42,21 @@ ToolRun RunTool(const std::string& environment, const std::string& arguments)
     const int raw = pclose(pipe);
     run.status = WIFEXITED(raw) ? WEXITSTATUS(raw) : -1;
     return run;
+}
+
+// Every process's command line, as a process listing shows them.
+std::string CommandLines()
+{
+    std::string all;
+    boost::filesystem::directory_iterator end;
+    boost::system::error_code error;
+    for (boost::filesystem::directory_iterator it("/proc", error); it != end; it.increment(error)) {
+        std::ifstream file((it->path() / "cmdline").string().c_str());
+        std::string line((std::istreambuf_iterator<char>(file)), std::istreambuf_iterator<char>());
+        std::replace(line.begin(), line.end(), '\0', ' ');
+        all += line + "\n";
+    }
+    return all;
 }
 
 LoopbackBmc::Options FullBmc()
@@ -95,11 +119,54 @@ TEST(KestroRedfishTest, ACABundleIsCheckedByEveryCollector)
     EXPECT_NE(std::string::npos, trusted.output.find("  Memory: 16\n"));
     EXPECT_NE(std::string::npos, trusted.output.find("  StorageUnitDiskDevice: 2\n"));
 
-    // A certificate of another BMC: nothing of this one is believed.
+    // A certificate of another BMC: nothing of this one is believed, and the run says so.
     const ToolRun untrusted = RunTool("", "inventory --redfish " + url + " --ca-file " +
                                               dir.Write("other.pem", stranger.CertificatePem()) + " --output " +
                                               dir.Path() + "/untrusted");
+    EXPECT_EQ(13, untrusted.status) << untrusted.output;
+    EXPECT_NE(std::string::npos, untrusted.output.find("Connection failed. no Redfish service answers at 127.0.0.1"))
+        << untrusted.output;
     EXPECT_EQ(std::string::npos, untrusted.output.find("  Memory:")) << untrusted.output;
-    EXPECT_EQ(std::string::npos, untrusted.output.find("  StorageUnitDiskDevice:")) << untrusted.output;
-    EXPECT_EQ(std::string::npos, untrusted.output.find("  SystemBIOSLog:")) << untrusted.output;
+}
+
+TEST(KestroRedfishTest, AWrongPasswordOrNoBmcFailsTheRunAndTheProcessListingHidesThePassword)
+{
+    LoopbackBmc bmc(FullBmc());
+    bmc.Start();
+    TempDir dir;
+    const std::string address = "127.0.0.1:" + std::to_string(bmc.Port());
+
+    const ToolRun denied =
+        RunTool("", "inventory --redfish https://" + std::string(kUser) + ":wrong@" + address + " --output " +
+                        dir.Path() + "/denied");
+    EXPECT_EQ(13, denied.status) << denied.output;
+    EXPECT_NE(std::string::npos, dir.Read("denied/kestro.log").find("error code is 401"));
+    EXPECT_FALSE(boost::filesystem::exists(dir.Path() + "/denied/inventory.xml"));
+
+    bmc.SetLatency(300);
+    bmc.ClearRequests();
+    const std::string url = "https://" + std::string(kUser) + ":" + kPassword + "@" + address;
+    // Started without a shell, so the tool's own argv is the only place the address stands.
+    const std::string output = dir.Path() + "/slow";
+    const char* const argv[] = {KESTRO_TOOL_PATH, "inventory", "--redfish", url.c_str(), "--group", "firmware",
+                                "--output", output.c_str(), nullptr};
+    posix_spawn_file_actions_t quiet;
+    posix_spawn_file_actions_init(&quiet);
+    posix_spawn_file_actions_addopen(&quiet, STDOUT_FILENO, "/dev/null", O_WRONLY, 0);
+    posix_spawn_file_actions_adddup2(&quiet, STDOUT_FILENO, STDERR_FILENO);
+    pid_t tool = 0;
+    ASSERT_EQ(0, posix_spawn(&tool, KESTRO_TOOL_PATH, &quiet, nullptr, const_cast<char* const*>(argv), environ));
+    posix_spawn_file_actions_destroy(&quiet);
+    while (bmc.RequestCount() == 0) usleep(20000);
+    const std::string listing = CommandLines();
+    int status = 0;
+    waitpid(tool, &status, 0);
+    EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0);
+    EXPECT_NE(std::string::npos, listing.find("https://USERID:" + std::string(std::strlen(kPassword), '*') + "@"))
+        << listing;
+    EXPECT_EQ(std::string::npos, listing.find(kPassword));
+
+    bmc.Stop();
+    const ToolRun gone = RunTool("", "inventory --redfish " + url + " --output " + dir.Path() + "/gone");
+    EXPECT_EQ(13, gone.status) << gone.output;
 }

@@ -1,6 +1,6 @@
 #include "rcfctestsupport.h"
 #include "support/logcapture.h"
-#include "systemtype/systemcheck.h"
+#include "kestro/systemtype/systemcheck.h"
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,7 @@
 #include "kestro/repository/rinstance.h"
 #include "kestro/repository/rrepository.h"
 #include "kestro/results/kestroresult.h"
+#include "kestro/systemtype/systemcheck.h"
 #include "kestro/xmodule/log.h"
 
 #include "options.h"
@@ -157,6 +158,10 @@ int RunRedfishInventory(const Options& options)
     kestro::repository::RInventoryCase inventoryCase = kestro::repository::CaseCfcOob;
     if (const int failed = ReadRedfishTarget(options, target, inventoryCase)) return failed;
     if (const int failed = PrepareOutput(options)) return failed;
+    // Without this a wrong address or password would give an empty report and a success.
+    if (!XModule::SystemCheck::IsRedfishSupported(target))
+        return Fail(results::RESULT_CONNECTION_FAILED, "no Redfish service answers at " + target.host +
+                                                           ", see " + LogPath(options));
     RRepository repo(target, inventoryCase);
     return CollectAndWrite(repo, options);
 }

@@ -6,7 +6,7 @@
 #include "repository/rlog.h"
 #include "rest/jsonread.h"
 #include "rest/restsession.h"
-#include "systemtype/systemcheck.h"
+#include "kestro/systemtype/systemcheck.h"
 
 #include <boost/bind/bind.hpp>
 
