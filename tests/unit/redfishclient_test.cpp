@@ -193,6 +193,22 @@ TEST_F(RedfishClientTest, SettersReachTheInnerClient)
     EXPECT_EQ("gzip", result.headers.at("Content-Encoding"));
     EXPECT_EQ("7", guarded.LastRequest().headers["x-trace"]);
     EXPECT_EQ(-2, client.ClassifyResult([] { RestResult r; r.curlCode = 60; return r; }()));
+
+    client.SetSuppressExpect(true);
+    EXPECT_EQ(200, client.Post(guarded.Url("/upload"), std::string(2 * 1024 * 1024, 'x')).httpCode);
+    EXPECT_EQ(0u, guarded.LastRequest().headers.count("expect"));
+
+    // The proxy answers the tunnelled request itself.
+    LoopbackBmc::Options proxyOptions = TreeOptions();
+    proxyOptions.proxyUser = "proxy";
+    proxyOptions.proxyPassword = "secret";
+    LoopbackBmc proxy(proxyOptions);
+    proxy.Start();
+    client.SetProxy("127.0.0.1:" + std::to_string(proxy.Port()), "proxy", "secret");
+    EXPECT_EQ(200, client.Get(bmc.Url("/redfish/v1")).httpCode);
+    ASSERT_EQ(2, proxy.RequestCount());
+    EXPECT_EQ("CONNECT", proxy.Requests()[0].method);
+    EXPECT_EQ(0, bmc.RequestCount());
 }
 
 TEST_F(RedfishClientTest, ADefaultClientPausesFiveSecondsBetweenTries)
