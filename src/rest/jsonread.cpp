@@ -8,6 +8,7 @@
 #include <boost/json/parse.hpp>
 
 #include "repository/rlog.h"
+#include "rest/jsonreaderror.h"
 #include "rest/restsession.h"
 
 namespace Rest {
@@ -21,16 +22,19 @@ const char* const NEXT_LINK_POINTER = "/Members@odata.nextLink";
 const char* const MEMBER_LINK_POINTER = "/@odata.id";
 const char* const EXPAND_QUERY = "$expand=";
 
-// The number at `pointer` when it converts to T without loss; `defaultValue` otherwise.
+// The number at `pointer` as T; `defaultValue` when there is none or the value is no number.
+// A number that T can't hold exactly throws JsonReadError naming `typeName`.
 template <class T>
-T ReadNumber(const boost::json::value& doc, const std::string& pointer, T defaultValue)
+T ReadNumber(const boost::json::value& doc, const std::string& pointer, T defaultValue, const char* typeName)
 {
     const boost::json::value* found = FindJsonValue(doc, pointer);
-    if (!found)
+    if (!found || !found->is_number())
         return defaultValue;
     boost::system::error_code ec;
     const T number = found->to_number<T>(ec);
-    return ec ? defaultValue : number;
+    if (ec)
+        throw JsonReadError(pointer, typeName, ec);
+    return number;
 }
 
 // Plain decimal where it fits ("412.5"), not the serializer's exponent form ("4.125E2").
@@ -128,17 +132,17 @@ std::string ReadJsonString(const boost::json::value& doc, const std::string& poi
 
 std::int64_t ReadJsonInt(const boost::json::value& doc, const std::string& pointer, std::int64_t defaultValue)
 {
-    return ReadNumber(doc, pointer, defaultValue);
+    return ReadNumber(doc, pointer, defaultValue, "int64");
 }
 
 std::uint64_t ReadJsonUint(const boost::json::value& doc, const std::string& pointer, std::uint64_t defaultValue)
 {
-    return ReadNumber(doc, pointer, defaultValue);
+    return ReadNumber(doc, pointer, defaultValue, "uint64");
 }
 
 double ReadJsonDouble(const boost::json::value& doc, const std::string& pointer, double defaultValue)
 {
-    return ReadNumber(doc, pointer, defaultValue);
+    return ReadNumber(doc, pointer, defaultValue, "double");
 }
 
 bool ReadJsonBool(const boost::json::value& doc, const std::string& pointer, bool defaultValue)

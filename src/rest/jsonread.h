@@ -14,6 +14,8 @@ struct RestSession;
 
 // Reading Redfish answers. Keys reach values through JSON pointers, and no read here throws on
 // missing values or values of another kind: it gives the default instead. Missing text is "N/A".
+// Only a number that the wanted type can't hold exactly (1.5 or 2^64 as int64, -3 as uint64)
+// throws, a JsonReadError: "[assign failure](<pointer> >> <type>): <reason>".
 
 extern const char* const JSON_MISSING_TEXT;  // "N/A"
 
@@ -30,7 +32,8 @@ const boost::json::value* FindJsonValue(const boost::json::value& doc, const std
 const boost::json::object* FindJsonObject(const boost::json::value& doc, const std::string& pointer);
 const boost::json::array* FindJsonArray(const boost::json::value& doc, const std::string& pointer);
 
-// Typed reads; a missing value or one of another kind gives `defaultValue`.
+// Typed reads; a missing value or one of another kind gives `defaultValue`. The number reads
+// throw JsonReadError on a number out of their type's reach.
 std::string ReadJsonString(const boost::json::value& doc, const std::string& pointer,
                            const std::string& defaultValue = JSON_MISSING_TEXT);
 std::int64_t ReadJsonInt(const boost::json::value& doc, const std::string& pointer, std::int64_t defaultValue);

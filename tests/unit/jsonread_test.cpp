@@ -1,10 +1,14 @@
 #include "rest/jsonread.h"
 
+#include <functional>
+
 #include <boost/bind/bind.hpp>
 #include <boost/json/parse.hpp>
 #include <boost/system/system_error.hpp>
 #include <gtest/gtest.h>
 
+#include "kestro/xmodule/log.h"
+#include "repository/modules/rcfcredfish.h"
 #include "rest/restsession.h"
 #include "support/logcapture.h"
 #include "support/loopbackbmc.h"
@@ -99,11 +103,11 @@ TEST(JsonReadTest, TypedReadsGiveTheDefaultForMissingOrOtherKinds)
 
     EXPECT_EQ(64, Rest::ReadJsonInt(doc, "/Count", -1));
     EXPECT_EQ(-3, Rest::ReadJsonInt(doc, "/Negative", 0));
-    EXPECT_EQ(-1, Rest::ReadJsonInt(doc, "/Watts", -1));  // not a whole number
     EXPECT_EQ(-1, Rest::ReadJsonInt(doc, "/Name", -1));
-    EXPECT_EQ(-1, Rest::ReadJsonInt(doc, "/Big", -1));   // out of range
+    EXPECT_EQ(-1, Rest::ReadJsonInt(doc, "/Nothing", -1));
     EXPECT_EQ(18446744073709551615ull, Rest::ReadJsonUint(doc, "/Big", 0));
-    EXPECT_EQ(7u, Rest::ReadJsonUint(doc, "/Negative", 7));
+    EXPECT_EQ(64u, Rest::ReadJsonUint(doc, "/Count", 0));
+    EXPECT_EQ(7u, Rest::ReadJsonUint(doc, "/Status", 7));
     EXPECT_DOUBLE_EQ(412.5, Rest::ReadJsonDouble(doc, "/Watts", 0));
     EXPECT_DOUBLE_EQ(64.0, Rest::ReadJsonDouble(doc, "/Count", 0));
     EXPECT_DOUBLE_EQ(-2.0, Rest::ReadJsonDouble(doc, "/Enabled", -2.0));
@@ -119,6 +123,55 @@ TEST(JsonReadTest, TypedReadsGiveTheDefaultForMissingOrOtherKinds)
     EXPECT_EQ("N/A", Rest::ReadJsonText(doc, "/Nothing"));
     EXPECT_EQ("N/A", Rest::ReadJsonText(doc, "/Status"));
     EXPECT_EQ("N/A", Rest::ReadJsonText(doc, "/Missing"));
+}
+
+TEST(JsonReadTest, ANumberTheWantedTypeCannotHoldIsAnAssignFailure)
+{
+    const boost::json::value doc = boost::json::parse(DOCUMENT);
+    const struct {
+        std::function<void()> read;
+        const char* text;
+    } cases[] = {
+        {[&doc] { Rest::ReadJsonInt(doc, "/Watts", -1); }, "[assign failure](/Watts >> int64): not exact"},
+        {[&doc] { Rest::ReadJsonInt(doc, "/Big", -1); }, "[assign failure](/Big >> int64): not exact"},
+        {[&doc] { Rest::ReadJsonUint(doc, "/Negative", 7); }, "[assign failure](/Negative >> uint64): not exact"},
+        {[&doc] { Rest::ReadJsonUint(doc, "/Watts", 7); }, "[assign failure](/Watts >> uint64): not exact"},
+    };
+    for (const auto& c : cases) {
+        try {
+            c.read();
+            ADD_FAILURE() << "no failure for " << c.text;
+        } catch (const boost::system::system_error& error) {
+            EXPECT_EQ(c.text, std::string(error.what()));
+        }
+    }
+}
+
+TEST(JsonReadTest, AnAssignFailureReachesTheModulesJsonHandler)
+{
+    LoopbackBmc::Options options;
+    options.fixtureRoot = MINIMAL_TREE;
+    LoopbackBmc bmc(options);
+    bmc.Start();
+    bmc.SetDocument("/redfish/v1/Systems/1/Memory/1", R"({"Id": "1", "CapacityMiB": -16384})");
+    XModule::ConnectionInfo connection;
+    connection.host = "127.0.0.1";
+    connection.scheme = XModule::XModuleConnection::SchemeHttp;
+    connection.port = bmc.Port();
+    Rest::RestSession session = Rest::MakeRestSession(connection);
+    LogCapture log;
+    std::string id;
+    kestro::repository::RCFCRedfish::RunGuarded([&session, &id] {
+        const boost::json::value member =
+            kestro::repository::RCFCRedfish::FetchJson(session, "/redfish/v1/Systems/1/Memory/1", 0);
+        id = Rest::ReadJsonString(member, "/Id");
+        Rest::ReadJsonUint(member, "/CapacityMiB", 0);
+        id = "read past the failure";
+    });
+    EXPECT_EQ("1", id);
+    EXPECT_TRUE(log.Has(XModule::LOG_ERROR,
+                        "[repo] Failed to parse json with error is [assign failure](/CapacityMiB >> uint64): not exact"))
+        << log.Dump();
 }
 
 TEST(JsonReadTest, ShapeChecksFindOnlyTheWantedKind)

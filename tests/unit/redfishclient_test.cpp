@@ -1,6 +1,8 @@
 #include "kestro/rest/redfishclient.h"
 
 #include <chrono>
+#include <cstdio>
+#include <cstdlib>
 #include <sstream>
 
 #include <gtest/gtest.h>
@@ -30,6 +32,39 @@ LoopbackBmc::Options TreeOptions()
 long long MillisecondsSince(std::chrono::steady_clock::time_point start)
 {
     return std::chrono::duration_cast<std::chrono::milliseconds>(std::chrono::steady_clock::now() - start).count();
+}
+
+// Runs in a child process, so that the settings are read there for the first time: a client
+// facing a BMC that answers 503 for ever, then a 600 s time-out against 2.5 s answers.
+void ReportConfiguredClient()
+{
+    LoopbackBmc bmc(TreeOptions());
+    bmc.Start();
+    bmc.FailFirst(1000);
+    RedfishClient client;
+    const std::chrono::steady_clock::time_point start = std::chrono::steady_clock::now();
+    const RestResult starting = client.Get(bmc.Url("/redfish/v1"));
+    const bool paused = MillisecondsSince(start) >= 5000;
+    const int tries = bmc.RequestCount();
+    bmc.FailFirst(0);
+    bmc.SetLatency(2500);
+    client.SetTimeout(600);
+    const RestResult slow = client.Get(bmc.Url("/redfish/v1"));
+    std::fprintf(stderr, "%d after %d tries%s; curlCode %d\n", starting.httpCode, tries, paused ? ", paused" : "",
+                 slow.curlCode);
+    std::exit(0);
+}
+
+// Also in a child process: a time-out of `seconds` against answers that take 1.5 s.
+void ReportTimeout(int seconds)
+{
+    LoopbackBmc bmc(TreeOptions());
+    bmc.Start();
+    bmc.SetLatency(1500);
+    RedfishClient client;
+    client.SetTimeout(seconds);
+    std::fprintf(stderr, "curlCode %d\n", client.Get(bmc.Url("/redfish/v1")).curlCode);
+    std::exit(0);
 }
 
 class RedfishClientTest : public ::testing::Test {
@@ -158,6 +193,22 @@ TEST_F(RedfishClientTest, SettersReachTheInnerClient)
     EXPECT_EQ("gzip", result.headers.at("Content-Encoding"));
     EXPECT_EQ("7", guarded.LastRequest().headers["x-trace"]);
     EXPECT_EQ(-2, client.ClassifyResult([] { RestResult r; r.curlCode = 60; return r; }()));
+
+    client.SetSuppressExpect(true);
+    EXPECT_EQ(200, client.Post(guarded.Url("/upload"), std::string(2 * 1024 * 1024, 'x')).httpCode);
+    EXPECT_EQ(0u, guarded.LastRequest().headers.count("expect"));
+
+    // The proxy answers the tunnelled request itself.
+    LoopbackBmc::Options proxyOptions = TreeOptions();
+    proxyOptions.proxyUser = "proxy";
+    proxyOptions.proxyPassword = "secret";
+    LoopbackBmc proxy(proxyOptions);
+    proxy.Start();
+    client.SetProxy("127.0.0.1:" + std::to_string(proxy.Port()), "proxy", "secret");
+    EXPECT_EQ(200, client.Get(bmc.Url("/redfish/v1")).httpCode);
+    ASSERT_EQ(2, proxy.RequestCount());
+    EXPECT_EQ("CONNECT", proxy.Requests()[0].method);
+    EXPECT_EQ(0, bmc.RequestCount());
 }
 
 TEST_F(RedfishClientTest, ADefaultClientPausesFiveSecondsBetweenTries)
@@ -206,4 +257,22 @@ TEST(RedfishSettingsTest, TheProcessReadsTheSettingsOnce)
     EXPECT_EQ(&first, &again);
     EXPECT_EQ(before.startupWaitMs, again.startupWaitMs);
     EXPECT_EQ(before.actionTimeout, again.actionTimeout);
+}
+
+TEST(RedfishSettingsTest, EveryClientOfAProcessTakesTheConfiguredWaitAndActionTimeout)
+{
+    // A fresh process per case: the settings are read once, at their first use.
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    TempDir home;
+    ScopedEnv env("KESTRO_HOME", home.Path());
+
+    // One try, one pause of 5 s, and the second try is past the 1 s wait; the 1 s action
+    // time-out replaces the 600 s one.
+    home.Write("global.config", "REDFISH_STARTUP_WAIT_TIME=1\nREST_ACTION_TIMEOUT=1\n");
+    EXPECT_EXIT(ReportConfiguredClient(), ::testing::ExitedWithCode(0), "503 after 2 tries, paused; curlCode 28");
+
+    // Without an action time-out the caller's own applies.
+    home.Write("global.config", "REST_ACTION_TIMEOUT=0\n");
+    EXPECT_EXIT(ReportTimeout(1), ::testing::ExitedWithCode(0), "curlCode 28");
+    EXPECT_EXIT(ReportTimeout(600), ::testing::ExitedWithCode(0), "curlCode 0");
 }
