@@ -71,11 +71,12 @@ TEST(RCFCHardwareInventoryModuleTest, FullTargetGivesEveryTypeInItsShape)
                                         "CPU 1", "32", "64", "4000", "2560", "65536", "61440", "7A9C1E6F2B4D31",
                                         "OK", "Enabled"}),
               processors[0]);
-    EXPECT_TRUE(capture.Has(3, "[repo] Processor/Core"));
+    EXPECT_EQ(std::vector<std::string>(2, "Processor/Core"), DisplaysOf(target.Repo(), "Processor"));
 
     const auto memory = ExpectRows(target.Repo(), "Memory", kMemoryColumns);
     ASSERT_EQ(16u, memory.size());
-    EXPECT_TRUE(capture.Has(3, "[repo] Memory(total 16)"));
+    // The title counts the modules of all four pages.
+    EXPECT_EQ(std::vector<std::string>(16, "Memory(total 16)"), DisplaysOf(target.Repo(), "Memory"));
     // Channels 6 and 7 of each socket are empty slots: no size, no status but their state.
     EXPECT_EQ("N/A", memory[6][5]);
     EXPECT_EQ("Absent", memory[6][15]);
@@ -169,6 +170,21 @@ TEST(RCFCHardwareInventoryModuleTest, AFailedUrlEndsOnlyItsOwnType)
     EXPECT_EQ((std::vector<std::string>{"Disk.0", "Disk.1"}), ColumnOf(target.Repo(), "Drive", "Id"));
     EXPECT_TRUE(capture.Has(1, kFailedUrl + target.Url("/redfish/v1/Chassis/1/Drives/Disk.2") + ", error code is 401"));
     EXPECT_EQ(0, target.Bmc().RequestCount("/redfish/v1/Chassis/1/Drives/Disk.3"));
+}
+
+TEST(RCFCHardwareInventoryModuleTest, AFailedMemoryPageKeepsTheModulesOfEarlierPages)
+{
+    RCFCTarget target("full");
+    target.Bmc().SetDocument("/redfish/v1/Systems/1/Memory", R"({
+        "Members": [{"Id": "DIMM1", "CapacityMiB": 32768}, {"Id": "DIMM2", "CapacityMiB": 32768}],
+        "Members@odata.nextLink": "/redfish/v1/Systems/1/MemoryPage2"})");
+    RCFCHardwareInventoryModule module;
+    LogCapture capture;
+    target.Run(module, "Memory");
+    EXPECT_TRUE(capture.Has(1, kFailedUrl + target.Url("/redfish/v1/Systems/1/MemoryPage2") + ", error code is 404"))
+        << capture.Dump();
+    EXPECT_EQ((std::vector<std::string>{"DIMM1", "DIMM2"}), ColumnOf(target.Repo(), "Memory", "Id"));
+    EXPECT_EQ(std::vector<std::string>(2, "Memory(total 2)"), DisplaysOf(target.Repo(), "Memory"));
 }
 
 TEST(RCFCHardwareInventoryModuleTest, WithoutAConnectionOrWithWrongCredentialsNothingIsAdded)

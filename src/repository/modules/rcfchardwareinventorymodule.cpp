@@ -10,6 +10,9 @@
 
 #include <boost/bind/bind.hpp>
 
+#include <string>
+#include <vector>
+
 namespace kestro {
 namespace repository {
 
@@ -116,14 +119,27 @@ const std::string& ChassisUrl()
     return url;
 }
 
-// A record of `type` from one member, added to the store.
+const char* const kProcessorLabel = "Processor/Core";
+
+// A record of `type` from one member, added to the store; `label` titles the type's table.
 template <std::size_t N>
-void AddRecord(RRepository& repo, const std::string& type, const boost::json::value& member,
-               const RCFCField (&fields)[N], bool platformV2 = false)
+void AddRecord(RRepository& repo, const std::string& type, const std::string& label,
+               const boost::json::value& member, const RCFCField (&fields)[N], bool platformV2 = false)
 {
-    RInstance instance(type, type, -1);
+    RInstance instance(type, label, -1);
     RCFCRedfish::AddFields(instance, member, fields, N, platformV2);
     instance.AddToRepository(repo);
+}
+
+std::string MemoryLabel(std::size_t total)
+{
+    return "Memory(total " + std::to_string(total) + ")";
+}
+
+void AddMemoryRecords(RRepository& repo, const std::vector<boost::json::value>& modules)
+{
+    const std::string label = MemoryLabel(modules.size());
+    for (const boost::json::value& module : modules) AddRecord(repo, "Memory", label, module, kMemoryFields);
 }
 
 // The names of the thermal document's redundancy groups whose set holds the fan.
@@ -211,10 +227,9 @@ void RCFCHardwareInventoryModule::WalkProcessors(Rest::RestSession& session, RRe
     const boost::json::value system = RCFCRedfish::FetchJson(session, SystemUrl(), 1);
     const std::string link = RCFCRedfish::LinkOf(system, "Processors");
     if (link == Rest::JSON_MISSING_TEXT) return;
-    RLOG(3) << "Processor/Core";
     // A BMC may page a long collection; every page is walked.
     Rest::WalkCollection(session, link, Rest::WalkExpanded, [&repo](const boost::json::value& member) {
-        AddRecord(repo, "Processor", member, kProcessorFields);
+        AddRecord(repo, "Processor", kProcessorLabel, member, kProcessorFields);
     });
 }
 
@@ -223,10 +238,17 @@ void RCFCHardwareInventoryModule::WalkMemory(Rest::RestSession& session, RReposi
     const boost::json::value system = RCFCRedfish::FetchJson(session, SystemUrl(), 1);
     const std::string link = RCFCRedfish::LinkOf(system, "Memory");
     if (link == Rest::JSON_MISSING_TEXT) return;
-    const std::size_t total = Rest::WalkCollection(
-        session, link, Rest::WalkExpanded,
-        [&repo](const boost::json::value& member) { AddRecord(repo, "Memory", member, kMemoryFields); });
-    RLOG(3) << "Memory(total " << total << ")";
+    // The table's title counts the modules of every page, so the records wait for the last page;
+    // those read before a failed page are still added.
+    std::vector<boost::json::value> modules;
+    try {
+        Rest::WalkCollection(session, link, Rest::WalkExpanded,
+                             [&modules](const boost::json::value& member) { modules.push_back(member); });
+    } catch (...) {
+        AddMemoryRecords(repo, modules);
+        throw;
+    }
+    AddMemoryRecords(repo, modules);
 }
 
 void RCFCHardwareInventoryModule::WalkFans(Rest::RestSession& session, RRepository& repo)
@@ -257,7 +279,7 @@ void RCFCHardwareInventoryModule::WalkPowerSupplies(Rest::RestSession& session, 
     const boost::json::value power = RCFCRedfish::FetchJson(session, link, 0);
     const boost::json::array* supplies = Rest::FindJsonArray(power, "/PowerSupplies");
     if (supplies == nullptr) return;
-    for (const boost::json::value& supply : *supplies) AddRecord(repo, "Power", supply, kPowerFields);
+    for (const boost::json::value& supply : *supplies) AddRecord(repo, "Power", "Power", supply, kPowerFields);
 }
 
 void RCFCHardwareInventoryModule::WalkSystemBoard(Rest::RestSession& session, RRepository& repo)
@@ -266,7 +288,7 @@ void RCFCHardwareInventoryModule::WalkSystemBoard(Rest::RestSession& session, RR
     if (!chassis.is_object()) return;
     const bool platformV2 =
         XModule::SystemCheck::FromLibraryFolder().IsCFCPlatformV2(repo.GetRestConnectionList().front());
-    AddRecord(repo, "SystemBoard", chassis, kSystemBoardFields, platformV2);
+    AddRecord(repo, "SystemBoard", "SystemBoard", chassis, kSystemBoardFields, platformV2);
 }
 
 void RCFCHardwareInventoryModule::WalkDrives(Rest::RestSession& session, RRepository& repo)
@@ -278,7 +300,7 @@ void RCFCHardwareInventoryModule::WalkDrives(Rest::RestSession& session, RReposi
         const std::string link = Rest::ReadJsonString(entry, "/@odata.id");
         if (link == Rest::JSON_MISSING_TEXT) continue;
         RLOG(3) << "Get drive info from url " << link;
-        AddRecord(repo, "Drive", RCFCRedfish::FetchJson(session, link, 0), kDriveFields);
+        AddRecord(repo, "Drive", "Drive", RCFCRedfish::FetchJson(session, link, 0), kDriveFields);
     }
 }
 
