@@ -28,7 +28,7 @@ const std::vector<RCFCColumn> kMemoryColumns = {
 
 const std::vector<RCFCColumn> kFanColumns = {
     {"MemberId", kAnyText}, {"Name", kAnyText}, {"Reading", kNumberOrNA}, {"MaxReadingRange", kNumberOrNA},
-    {"SlotNumber", kNumberOrNA}, {"Redundancy", kAnyText}, {"DutyCycle", kNumberOrNA}, {"SpeedMode", "Auto|N/A"},
+    {"SlotNumber", kNumberOrNA}, {"Redundancy", kAnyText}, {"DutyCycle", "[0-9]+%?|N/A"}, {"SpeedMode", "Auto|N/A"},
     {"State", "Enabled|N/A"}, {"Health", "OK|Warning|N/A"}};
 
 const std::vector<RCFCColumn> kPowerColumns = {
@@ -118,7 +118,8 @@ TEST(RCFCHardwareInventoryModuleTest, SparseTargetGivesNAForWhatIsMissingOrOfAno
 
     const auto processors = ExpectRows(target.Repo(), "Processor", ProcessorColumns(kNumberOrNA, kAnyText));
     ASSERT_EQ(2u, processors.size());
-    EXPECT_EQ((std::vector<std::string>{"1", "N/A", "Intel(R) Xeon(R) Gold 6430", "N/A", "N/A", "N/A", "N/A", "N/A",
+    // Counts and speeds are text when the BMC writes them so; cache sizes must be numbers.
+    EXPECT_EQ((std::vector<std::string>{"1", "N/A", "Intel(R) Xeon(R) Gold 6430", "N/A", "N/A", "N/A", "32", "N/A",
                                         "4000.5", "N/A", "N/A", "N/A", "N/A", "N/A", "N/A"}),
               processors[0]);
     EXPECT_EQ(std::vector<std::string>(15, "N/A"), processors[1]);
@@ -128,7 +129,7 @@ TEST(RCFCHardwareInventoryModuleTest, SparseTargetGivesNAForWhatIsMissingOrOfAno
 
     const auto fans = ExpectRows(target.Repo(), "Fan", kFanColumns);
     ASSERT_EQ(2u, fans.size());
-    EXPECT_EQ((std::vector<std::string>{"0", "Fan 1", "N/A", "N/A", "N/A", "N/A", "N/A", "N/A", "N/A", "N/A"}),
+    EXPECT_EQ((std::vector<std::string>{"0", "Fan 1", "7800", "N/A", "N/A", "N/A", "40%", "N/A", "N/A", "N/A"}),
               fans[0]);
     EXPECT_EQ("8000", fans[1][2]);
     EXPECT_EQ("Enabled", fans[1][8]);

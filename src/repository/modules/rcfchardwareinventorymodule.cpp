@@ -18,6 +18,8 @@ namespace repository {
 
 namespace {
 
+// Only the sizes, speeds and wattages are read as numbers; any other key is read as text, a number
+// written in decimal.
 const RCFCField kProcessorFields[] = {
     {"Id", "Id", KindText, AtTop},
     {"Manufacturer", "Manufacturer", KindText, AtTop},
@@ -25,9 +27,9 @@ const RCFCField kProcessorFields[] = {
     {"ProcessorType", "Processor Type", KindText, AtTop},
     {"ProcessorArchitecture", "Processor Architecture", KindText, AtTop},
     {"Socket", "Socket", KindText, AtTop},
-    {"TotalCores", "Total Cores", KindNumber, AtTop},
-    {"TotalThreads", "Total Threads", KindNumber, AtTop},
-    {"MaxSpeedMHz", "Max Speed(MHz)", KindNumber, AtTop},
+    {"TotalCores", "Total Cores", KindScalar, AtTop},
+    {"TotalThreads", "Total Threads", KindScalar, AtTop},
+    {"MaxSpeedMHz", "Max Speed(MHz)", KindScalar, AtTop},
     {"L1CacheKiB", "L1 Cache(KiB)", KindNumber, UnderOemPublic},
     {"L2CacheKiB", "L2 Cache(KiB)", KindNumber, UnderOemPublic},
     {"L3CacheKiB", "L3 Cache(KiB)", KindNumber, UnderOemPublic},
@@ -48,9 +50,9 @@ const RCFCField kMemoryFields[] = {
     {"PartNumber", "Part Number", KindText, AtTop},
     {"SerialNumber", "Serial Number", KindText, AtTop},
     {"OperatingMemoryModes", "OperatingMemoryModes", KindJoin, AtTop},
-    {"Channel", "Channel", KindNumber, UnderMemoryLocation},
-    {"Slot", "Slot", KindNumber, UnderMemoryLocation},
-    {"Socket", "Socket", KindNumber, UnderMemoryLocation},
+    {"Channel", "Channel", KindScalar, UnderMemoryLocation},
+    {"Slot", "Slot", KindScalar, UnderMemoryLocation},
+    {"Socket", "Socket", KindScalar, UnderMemoryLocation},
     {"Health", "Health", KindText, UnderStatus},
     {"State", "State", KindText, UnderStatus},
 };
@@ -59,11 +61,11 @@ const RCFCField kMemoryFields[] = {
 const RCFCField kFanFields[] = {
     {"MemberId", "Id", KindText, AtTop},
     {"Name", "Name", KindText, AtTop},
-    {"Reading", "Reading", KindNumber, AtTop},
-    {"MaxReadingRange", "Max Reading Range", KindNumber, AtTop},
-    {"SlotNumber", "Slot Number", KindNumber, AtTop},
+    {"Reading", "Reading", KindScalar, AtTop},
+    {"MaxReadingRange", "Max Reading Range", KindScalar, AtTop},
+    {"SlotNumber", "Slot Number", KindScalar, AtTop},
     {"Redundancy", "Redundancy", KindText, AtTop},
-    {"DutyCycle", "Duty Cycle", KindNumber, UnderLowerOemPublic},
+    {"DutyCycle", "Duty Cycle", KindScalar, UnderLowerOemPublic},
     {"SpeedMode", "Speed Mode", KindText, UnderLowerOemPublic},
     {"State", "State", KindText, UnderStatus},
     {"Health", "Health", KindText, UnderStatus},
