@@ -164,6 +164,7 @@ TEST(RCFCStorageDeviceInfoInventoryModuleTest, FailedReadsEndTheirFunctionAndKee
     target.Bmc().ForceStatus("/redfish/v1/Systems/1/Storages/RAID_Slot3/Drives/Disk.2", 404);
     target.Bmc().SetDocument("/redfish/v1/Systems/1/Storages/RAID_Slot3/Volumes", "{\"Members\": [");
     target.Bmc().SetDocument("/redfish/v1/Systems/1/Storages/M2_Slot1/Drives", "not json");
+    target.Bmc().SetDocument("/redfish/v1/Systems/1/Storages/M2_Slot1/Volumes", "{\"Members\": [");
     RCFCStorageDeviceInfoInventoryModule module;
     LogCapture capture;
     RunAll(target, module);
@@ -179,9 +180,12 @@ TEST(RCFCStorageDeviceInfoInventoryModuleTest, FailedReadsEndTheirFunctionAndKee
     EXPECT_TRUE(ColumnOf(target.Repo(), "Volumes", "Name").empty());
     EXPECT_TRUE(capture.Has(1, std::string(kReadFailure) + "GetStorageUnitDiskInfo"));
     EXPECT_TRUE(ColumnOf(target.Repo(), "StorageUnitDiskDevice", "Name").empty());
+    EXPECT_TRUE(capture.Has(1, std::string(kReadFailure) + "EnumStorageUnitVolumeDeviceInstances"));
+    EXPECT_TRUE(ColumnOf(target.Repo(), "StorageUnitVolume", "Name").empty());
+    EXPECT_EQ(4, capture.Count(kReadFailure));
     // The other types of both layouts are untouched.
     EXPECT_EQ(1u, ColumnOf(target.Repo(), "RaidStorageDevice", "Name").size());
-    EXPECT_EQ(1u, ColumnOf(target.Repo(), "StorageUnitVolume", "Name").size());
+    EXPECT_EQ(1u, ColumnOf(target.Repo(), "StorageDevice", "Name").size());
     EXPECT_EQ(1u, ColumnOf(target.Repo(), "RAIDSHOWRawData", "Command").size());
 }
 

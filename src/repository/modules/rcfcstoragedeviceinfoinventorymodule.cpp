@@ -399,7 +399,7 @@ void RCFCStorageDeviceInfoInventoryModule::GetStorageUnitDiskInfo(RRepository& r
 void RCFCStorageDeviceInfoInventoryModule::GetStorageUnitVolumeInfo(RRepository& repo, StorageClient& storage,
                                                                     const boost::json::value& member)
 {
-    AddLinkedMembers(repo, storage, member, "Volumes", "EnumStorageUnitVolumeDeviceInstances", " 1",
+    AddLinkedMembers(repo, storage, member, "Volumes", "EnumStorageUnitVolumeDeviceInstances", "",
                      LinkedRows{"StorageUnitVolume", "Volume", kVolumeFields, RCFCFieldCount(kVolumeFields)});
 }
 
