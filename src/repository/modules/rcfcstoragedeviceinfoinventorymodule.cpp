@@ -19,11 +19,14 @@ namespace repository {
 
 namespace {
 
+// As in the hardware tables, only block size and capable speed are read as numbers and the
+// capacity with its unit, and the two flags as booleans; any other key is read as text, a number
+// written in decimal.
 const RCFCField kControllerFields[] = {
     {"Name", "Name", KindText, AtTop},
     {"Model", "Model", KindText, AtTop},
     {"FirmwareVersion", "Firmware Version", KindText, AtTop},
-    {"SpeedGbps", "Speed Gbps", KindNumber, AtTop},
+    {"SpeedGbps", "Speed Gbps", KindScalar, AtTop},
     {"Manufacturer", "Manufacturer", KindText, AtTop},
     {"SerialNumber", "Serial Number", KindText, AtTop},
 };
@@ -32,7 +35,7 @@ const RCFCField kRaidControllerFields[] = {
     {"Name", "Name", KindText, AtTop},
     {"Model", "Model", KindText, AtTop},
     {"FirmwareVersion", "Firmware Version", KindText, AtTop},
-    {"SpeedGbps", "Speed Gbps", KindNumber, AtTop},
+    {"SpeedGbps", "Speed Gbps", KindScalar, AtTop},
     {"Manufacturer", "Manufacturer", KindText, AtTop},
     {"SerialNumber", "Serial Number", KindText, AtTop},
     {"Health", "Health", KindText, UnderStatus},
@@ -52,17 +55,17 @@ const RCFCField kDiskFields[] = {
     {"MediaType", "MediaType", KindText, AtTop},
     {"SerialNumber", "Serial Number", KindText, AtTop},
     {"FailurePredicted", "Failure Predicted", KindFlag, AtTop},
-    {"NegotiatedSpeedGbs", "Negotiated Speed(Gbs)", KindNumber, AtTop},
+    {"NegotiatedSpeedGbs", "Negotiated Speed(Gbs)", KindScalar, AtTop},
     {"Slot", "Slot", KindScalar, AtTop},
-    {"Temperature", "Temperature", KindNumber, AtTop},
+    {"Temperature", "Temperature", KindScalar, AtTop},
     {"Revision", "Revision", KindText, AtTop},
     {"HotspareType", "Hotspare Type", KindText, AtTop},
     {"Health", "Health", KindText, UnderStatus},
     {"State", "State", KindText, UnderStatus},
     {"FDECapable", "FDECapable", KindFlag, AtTop},
-    {"MediaErrorCount", "Media Error Count", KindNumber, AtTop},
-    {"OtherErrorCount", "Other Error Count", KindNumber, AtTop},
-    {"PreFailCount", "PreFail Count", KindNumber, AtTop},
+    {"MediaErrorCount", "Media Error Count", KindScalar, AtTop},
+    {"OtherErrorCount", "Other Error Count", KindScalar, AtTop},
+    {"PreFailCount", "PreFail Count", KindScalar, AtTop},
 };
 
 const RCFCField kVolumeFields[] = {
@@ -70,7 +73,7 @@ const RCFCField kVolumeFields[] = {
     {"Name", "Name", KindText, AtTop},
     {"CapacityBytes", "Capacity", KindCapacity, AtTop},
     {"VolumeRaidLevel", "Volume Raid Level", KindText, AtTop},
-    {"OptimumIOSizeBytes", "OptimumIO Size Bytes", KindNumber, AtTop},
+    {"OptimumIOSizeBytes", "OptimumIO Size Bytes", KindScalar, AtTop},
     {"VolumeType", "Volume Type", KindText, AtTop},
     {"Health", "Health", KindText, UnderStatus},
     {"State", "State", KindText, UnderStatus},
