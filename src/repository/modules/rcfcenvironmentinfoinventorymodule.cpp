@@ -18,12 +18,12 @@ const RCFCField kNumericSensorFields[] = {
     {"Name", "Element Name", KindText, AtTop},
     {"Reading", "Current Reading", KindScalar, AtTop},
     {"Unit", "Base Unit", KindText, AtTop},
-    {"UpperThresholdNonRecoverable", "Upper Non-Recoverable", KindNumber, AtTop},
-    {"UpperThresholdCritical", "Upper Critical", KindNumber, AtTop},
-    {"UpperThresholdNonCritical", "Upper Non-Critical", KindNumber, AtTop},
-    {"LowerThresholdNonCritical", "Lower Non-Critical", KindNumber, AtTop},
-    {"LowerThresholdCritical", "Lower Critical", KindNumber, AtTop},
-    {"LowerThresholdNonRecoverable", "Lower Non-Recoverable", KindNumber, AtTop},
+    {"UpperThresholdNonRecoverable", "Upper Non-Recoverable", KindScalar, AtTop},
+    {"UpperThresholdCritical", "Upper Critical", KindScalar, AtTop},
+    {"UpperThresholdNonCritical", "Upper Non-Critical", KindScalar, AtTop},
+    {"LowerThresholdNonCritical", "Lower Non-Critical", KindScalar, AtTop},
+    {"LowerThresholdCritical", "Lower Critical", KindScalar, AtTop},
+    {"LowerThresholdNonRecoverable", "Lower Non-Recoverable", KindScalar, AtTop},
 };
 
 const RCFCField kDiscreteSensorFields[] = {
@@ -34,35 +34,35 @@ const RCFCField kDiscreteSensorFields[] = {
 };
 
 #define KESTRO_CFC_THRESHOLD_FIELDS                                              \
-    {"UpperThresholdFatal", "Upper Non-Recoverable", KindNumber, AtTop},         \
-        {"UpperThresholdCritical", "Upper Critical", KindNumber, AtTop},         \
-        {"UpperThresholdNonCritical", "Upper Non-Critical", KindNumber, AtTop},  \
-        {"LowerThresholdNonCritical", "Lower Non-Critical", KindNumber, AtTop},  \
-        {"LowerThresholdCritical", "Lower Critical", KindNumber, AtTop},         \
-        {"LowerThresholdFatal", "Lower Non-Recoverable", KindNumber, AtTop}
+    {"UpperThresholdFatal", "Upper Non-Recoverable", KindScalar, AtTop},         \
+        {"UpperThresholdCritical", "Upper Critical", KindScalar, AtTop},         \
+        {"UpperThresholdNonCritical", "Upper Non-Critical", KindScalar, AtTop},  \
+        {"LowerThresholdNonCritical", "Lower Non-Critical", KindScalar, AtTop},  \
+        {"LowerThresholdCritical", "Lower Critical", KindScalar, AtTop},         \
+        {"LowerThresholdFatal", "Lower Non-Recoverable", KindScalar, AtTop}
 
 const RCFCField kPowerSensorFields[] = {
-    {"SensorNumber", "Node ID", KindNumber, AtTop},
+    {"SensorNumber", "Node ID", KindScalar, AtTop},
     {"Name", "Element Name", KindText, AtTop},
-    {"ReadingVolts", "Current Reading", KindNumber, AtTop},
+    {"ReadingVolts", "Current Reading", KindScalar, AtTop},
     {"ReadingUnits", "Base Unit", KindText, AtTop},
     {"State", "State", KindText, UnderStatus},
     KESTRO_CFC_THRESHOLD_FIELDS,
 };
 
 const RCFCField kFanSensorFields[] = {
-    {"SensorNumber", "Node ID", KindNumber, AtTop},
+    {"SensorNumber", "Node ID", KindScalar, AtTop},
     {"Name", "Element Name", KindText, AtTop},
-    {"Reading", "Current Reading", KindNumber, AtTop},
+    {"Reading", "Current Reading", KindScalar, AtTop},
     {"ReadingUnits", "Base Unit", KindText, AtTop},
     {"State", "State", KindText, UnderStatus},
     KESTRO_CFC_THRESHOLD_FIELDS,
 };
 
 const RCFCField kTemperatureSensorFields[] = {
-    {"SensorNumber", "Node ID", KindNumber, AtTop},
+    {"SensorNumber", "Node ID", KindScalar, AtTop},
     {"Name", "Element Name", KindText, AtTop},
-    {"ReadingCelsius", "Current Reading", KindNumber, AtTop},
+    {"ReadingCelsius", "Current Reading", KindScalar, AtTop},
     {"ReadingUnits", "Base Unit", KindText, AtTop},
     {"State", "State", KindText, UnderStatus},
     KESTRO_CFC_THRESHOLD_FIELDS,
