@@ -127,6 +127,7 @@ TEST(RCFCHardwareInventoryModuleTest, SparseTargetGivesNAForWhatIsMissingOrOfAno
     EXPECT_TRUE(ColumnOf(target.Repo(), "Memory", "Id").empty());
     EXPECT_TRUE(ColumnOf(target.Repo(), "Power", "Name").empty());
 
+    // The third entry of the fan list is not an object and gives no row.
     const auto fans = ExpectRows(target.Repo(), "Fan", kFanColumns);
     ASSERT_EQ(2u, fans.size());
     EXPECT_EQ((std::vector<std::string>{"0", "Fan 1", "7800", "N/A", "N/A", "N/A", "40%", "N/A", "N/A", "N/A"}),

@@ -181,15 +181,10 @@ void RCFCEnvironmentInfoInventoryModule::AddSensor(RRepository& repo, const boos
 {
     const bool isDiscrete = Rest::ReadJsonString(sensor, "/Unit") == kDiscreteUnit;
     if (isDiscrete != discrete) return;
-    if (discrete) {
-        RInstance instance("DiscreteSensor", "Discrete Sensor", -1);
-        RCFCRedfish::AddFields(instance, sensor, kDiscreteSensorFields, RCFCFieldCount(kDiscreteSensorFields), false);
-        instance.AddToRepository(repo);
-        return;
-    }
-    RInstance instance("NumericSensor", "Numeric Sensor", -1);
-    RCFCRedfish::AddFields(instance, sensor, kNumericSensorFields, RCFCFieldCount(kNumericSensorFields), false);
-    instance.AddToRepository(repo);
+    if (discrete)
+        RCFCAddRecord(repo, "DiscreteSensor", "Discrete Sensor", sensor, kDiscreteSensorFields);
+    else
+        RCFCAddRecord(repo, "NumericSensor", "Numeric Sensor", sensor, kNumericSensorFields);
 }
 
 void RCFCEnvironmentInfoInventoryModule::WalkReadings(Rest::RestSession& session, RRepository& repo,
@@ -205,6 +200,7 @@ void RCFCEnvironmentInfoInventoryModule::WalkReadings(Rest::RestSession& session
     const boost::json::array* readings = Rest::FindJsonArray(document, Rest::MakeJsonPointer({list}));
     if (readings == nullptr) return;
     for (const boost::json::value& reading : *readings) {
+        if (!reading.is_object()) continue;
         RInstance instance(type, title, -1);
         for (std::size_t i = 0; i < count; ++i) {
             const bool fixed = !fixedUnit.empty() && std::string(fields[i].key) == kUnitKey;
@@ -217,11 +213,8 @@ void RCFCEnvironmentInfoInventoryModule::WalkReadings(Rest::RestSession& session
 
 void RCFCEnvironmentInfoInventoryModule::WalkLEDs(Rest::RestSession& session, RRepository& repo)
 {
-    Rest::WalkCollection(session, LEDsUrl(), Rest::WalkExpanded, [&repo](const boost::json::value& led) {
-        RInstance instance("LED", "LED", -1);
-        RCFCRedfish::AddFields(instance, led, kLEDFields, RCFCFieldCount(kLEDFields), false);
-        instance.AddToRepository(repo);
-    });
+    Rest::WalkCollection(session, LEDsUrl(), Rest::WalkExpanded,
+                         [&repo](const boost::json::value& led) { RCFCAddRecord(repo, "LED", "LED", led, kLEDFields); });
 }
 
 }  // namespace repository

@@ -90,9 +90,7 @@ void RCFCFirmwareInventoryModule::EnumVPDInstances(RRepository& repo)
 void RCFCFirmwareInventoryModule::WalkFirmware(Rest::RestSession& session, RRepository& repo)
 {
     Rest::WalkCollection(session, FirmwareUrl(), Rest::WalkExpanded, [&repo](const boost::json::value& member) {
-        RInstance instance("FirmwareInventory", "Firmware Inventory", -1);
-        RCFCRedfish::AddFields(instance, member, kFirmwareFields, RCFCFieldCount(kFirmwareFields), false);
-        instance.AddToRepository(repo);
+        RCFCAddRecord(repo, "FirmwareInventory", "Firmware Inventory", member, kFirmwareFields);
     });
 }
 

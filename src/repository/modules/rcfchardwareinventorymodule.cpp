@@ -123,16 +123,6 @@ const std::string& ChassisUrl()
 
 const char* const kProcessorLabel = "Processor/Core";
 
-// A record of `type` from one member, added to the store; `label` titles the type's table.
-template <std::size_t N>
-void AddRecord(RRepository& repo, const std::string& type, const std::string& label,
-               const boost::json::value& member, const RCFCField (&fields)[N], bool platformV2 = false)
-{
-    RInstance instance(type, label, -1);
-    RCFCRedfish::AddFields(instance, member, fields, N, platformV2);
-    instance.AddToRepository(repo);
-}
-
 std::string MemoryLabel(std::size_t total)
 {
     return "Memory(total " + std::to_string(total) + ")";
@@ -141,7 +131,7 @@ std::string MemoryLabel(std::size_t total)
 void AddMemoryRecords(RRepository& repo, const std::vector<boost::json::value>& modules)
 {
     const std::string label = MemoryLabel(modules.size());
-    for (const boost::json::value& module : modules) AddRecord(repo, "Memory", label, module, kMemoryFields);
+    for (const boost::json::value& module : modules) RCFCAddRecord(repo, "Memory", label, module, kMemoryFields);
 }
 
 // The names of the thermal document's redundancy groups whose set holds the fan.
@@ -231,7 +221,7 @@ void RCFCHardwareInventoryModule::WalkProcessors(Rest::RestSession& session, RRe
     if (link == Rest::JSON_MISSING_TEXT) return;
     // A BMC may page a long collection; every page is walked.
     Rest::WalkCollection(session, link, Rest::WalkExpanded, [&repo](const boost::json::value& member) {
-        AddRecord(repo, "Processor", kProcessorLabel, member, kProcessorFields);
+        RCFCAddRecord(repo, "Processor", kProcessorLabel, member, kProcessorFields);
     });
 }
 
@@ -262,6 +252,7 @@ void RCFCHardwareInventoryModule::WalkFans(Rest::RestSession& session, RReposito
     const boost::json::array* fans = Rest::FindJsonArray(thermal, "/Fans");
     if (fans == nullptr) return;
     for (const boost::json::value& fan : *fans) {
+        if (!fan.is_object()) continue;
         RInstance instance("Fan", "Fan", -1);
         for (std::size_t i = 0; i < RCFCFieldCount(kFanFields); ++i) {
             const RCFCField& field = kFanFields[i];
@@ -281,7 +272,7 @@ void RCFCHardwareInventoryModule::WalkPowerSupplies(Rest::RestSession& session, 
     const boost::json::value power = RCFCRedfish::FetchJson(session, link, 0);
     const boost::json::array* supplies = Rest::FindJsonArray(power, "/PowerSupplies");
     if (supplies == nullptr) return;
-    for (const boost::json::value& supply : *supplies) AddRecord(repo, "Power", "Power", supply, kPowerFields);
+    for (const boost::json::value& supply : *supplies) RCFCAddRecord(repo, "Power", "Power", supply, kPowerFields);
 }
 
 void RCFCHardwareInventoryModule::WalkSystemBoard(Rest::RestSession& session, RRepository& repo)
@@ -290,7 +281,7 @@ void RCFCHardwareInventoryModule::WalkSystemBoard(Rest::RestSession& session, RR
     if (!chassis.is_object()) return;
     const bool platformV2 =
         XModule::SystemCheck::FromLibraryFolder().IsCFCPlatformV2(repo.GetRestConnectionList().front());
-    AddRecord(repo, "SystemBoard", "SystemBoard", chassis, kSystemBoardFields, platformV2);
+    RCFCAddRecord(repo, "SystemBoard", "SystemBoard", chassis, kSystemBoardFields, platformV2);
 }
 
 void RCFCHardwareInventoryModule::WalkDrives(Rest::RestSession& session, RRepository& repo)
@@ -302,7 +293,7 @@ void RCFCHardwareInventoryModule::WalkDrives(Rest::RestSession& session, RReposi
         const std::string link = Rest::ReadJsonString(entry, "/@odata.id");
         if (link == Rest::JSON_MISSING_TEXT) continue;
         RLOG(3) << "Get drive info from url " << link;
-        AddRecord(repo, "Drive", "Drive", RCFCRedfish::FetchJson(session, link, 0), kDriveFields);
+        RCFCAddRecord(repo, "Drive", "Drive", RCFCRedfish::FetchJson(session, link, 0), kDriveFields);
     }
 }
 

@@ -183,6 +183,16 @@ void RCFCRedfish::AddFields(RInstance& instance, const boost::json::value& membe
         instance.AddProperty(fields[i].key, fields[i].display, ReadField(member, fields[i], platformV2));
 }
 
+void RCFCRedfish::AddRecord(RRepository& repo, const std::string& type, const std::string& display,
+                            const boost::json::value& member, const RCFCField* fields, std::size_t count,
+                            bool platformV2)
+{
+    if (!member.is_object()) return;
+    RInstance instance(type, display, -1);
+    AddFields(instance, member, fields, count, platformV2);
+    instance.AddToRepository(repo);
+}
+
 void RCFCRedfish::WrapTable(RInstancesWrapper& wrapper, const RCFCField* fields, std::size_t count)
 {
     std::vector<std::string> headers;

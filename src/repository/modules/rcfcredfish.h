@@ -77,6 +77,11 @@ public:
     static std::string ReadField(const boost::json::value& member, const RCFCField& field, bool platformV2);
     static void AddFields(RInstance& instance, const boost::json::value& member, const RCFCField* fields,
                           std::size_t count, bool platformV2);
+    // A record of `type` titled `display`, read from `member` and added to the store; a member
+    // that is not an object gives none.
+    static void AddRecord(RRepository& repo, const std::string& type, const std::string& display,
+                          const boost::json::value& member, const RCFCField* fields, std::size_t count,
+                          bool platformV2 = false);
     // Row headers of the table's display names, the width split evenly.
     static void WrapTable(RInstancesWrapper& wrapper, const RCFCField* fields, std::size_t count);
     // A wrap callback that gives a type the row table of `fields`.
@@ -85,6 +90,14 @@ public:
     static std::string FormatCapacity(std::uint64_t bytes);
     static std::string FormatNumber(const boost::json::value& number);
 };
+
+// A record from one member by a constant table.
+template <std::size_t N>
+void RCFCAddRecord(RRepository& repo, const std::string& type, const std::string& display,
+                   const boost::json::value& member, const RCFCField (&fields)[N], bool platformV2 = false)
+{
+    RCFCRedfish::AddRecord(repo, type, display, member, fields, N, platformV2);
+}
 
 // The table form of a constant table.
 template <std::size_t N>

@@ -108,15 +108,6 @@ void LogReadFailure(const std::string& function, const std::string& suffix)
     RLOG(1) << kFailurePrefix << function << suffix;
 }
 
-template <std::size_t N>
-void AddRow(RRepository& repo, const std::string& type, const std::string& title, const boost::json::value& member,
-            const RCFCField (&fields)[N])
-{
-    RInstance instance(type, title, -1);
-    RCFCRedfish::AddFields(instance, member, fields, N, false);
-    instance.AddToRepository(repo);
-}
-
 }  // namespace
 
 std::string RCFCStorageDeviceInfoInventoryModule::GetName() { return "CFCStorageDeviceInfoInventoryModule"; }
@@ -362,7 +353,7 @@ void RCFCStorageDeviceInfoInventoryModule::GetRaidInfo(RRepository& repo, Storag
             return;
         }
         for (const boost::json::value& controller : *controllers)
-            AddRow(repo, "RaidStorageDevice", "Storage Device", controller, kRaidControllerFields);
+            RCFCAddRecord(repo, "RaidStorageDevice", "Storage Device", controller, kRaidControllerFields);
         return;
     }
     if (part == RaidDisks) {
@@ -373,7 +364,7 @@ void RCFCStorageDeviceInfoInventoryModule::GetRaidInfo(RRepository& repo, Storag
             if (url == Rest::JSON_MISSING_TEXT) continue;
             boost::json::value drive;
             if (!FetchMember(storage, url, "GetRaidInfo", " 1", drive)) return;
-            AddRow(repo, "DiskDevice", "Disk Device", drive, kDiskFields);
+            RCFCAddRecord(repo, "DiskDevice", "Disk Device", drive, kDiskFields);
         }
         return;
     }
@@ -389,7 +380,7 @@ void RCFCStorageDeviceInfoInventoryModule::GetStorageUnitInfo(RRepository& repo,
         return;
     }
     for (const boost::json::value& controller : *controllers)
-        AddRow(repo, "StorageDevice", "Storage Device", controller, kControllerFields);
+        RCFCAddRecord(repo, "StorageDevice", "Storage Device", controller, kControllerFields);
 }
 
 void RCFCStorageDeviceInfoInventoryModule::GetStorageUnitDiskInfo(RRepository& repo, StorageClient& storage,
@@ -418,11 +409,8 @@ void RCFCStorageDeviceInfoInventoryModule::AddLinkedMembers(RRepository& repo, S
     AppendLaterPages(storage, collection, function, suffix);
     const boost::json::array* entries = Rest::FindJsonArray(collection, "/Members");
     if (entries == nullptr) return;
-    for (const boost::json::value& entry : *entries) {
-        RInstance instance(rows.type, rows.title, -1);
-        RCFCRedfish::AddFields(instance, entry, rows.fields, rows.count, false);
-        instance.AddToRepository(repo);
-    }
+    for (const boost::json::value& entry : *entries)
+        RCFCRedfish::AddRecord(repo, rows.type, rows.title, entry, rows.fields, rows.count);
 }
 
 void RCFCStorageDeviceInfoInventoryModule::WrapRawData(RInstancesWrapper& wrapper)
