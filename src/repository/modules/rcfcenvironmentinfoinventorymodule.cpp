@@ -1,6 +1,5 @@
 #include "repository/modules/rcfcenvironmentinfoinventorymodule.h"
 
-#include "kestro/repository/rinstance.h"
 #include "repository/modules/rcfcredfish.h"
 #include "repository/rlog.h"
 #include "rest/jsonread.h"
@@ -80,7 +79,9 @@ const RCFCField kLEDFields[] = {
 };
 
 const char* const kDiscreteUnit = "discrete";
-const char* const kUnitKey = "ReadingUnits";
+// Voltages and temperatures show their unit in words, whatever the BMC names it.
+const RCFCGivenValue kVolts = {"ReadingUnits", "Volts"};
+const RCFCGivenValue kCelsius = {"ReadingUnits", "Celsius degree"};
 
 const std::string& ChassisUrl()
 {
@@ -136,7 +137,7 @@ void RCFCEnvironmentInfoInventoryModule::EnumFanSensorInstances(RRepository& rep
 {
     RCFCRedfish::Enumerate(repo, "Try to enum Fan Sensor instance.", [this, &repo](Rest::RestSession& session) {
         WalkReadings(session, repo, "Thermal", "Fans", "FanSensor", "Fan Sensor", kFanSensorFields,
-                     RCFCFieldCount(kFanSensorFields), "");
+                     RCFCFieldCount(kFanSensorFields), nullptr);
     });
 }
 
@@ -145,7 +146,7 @@ void RCFCEnvironmentInfoInventoryModule::EnumPowerSensorInstances(RRepository& r
     RCFCRedfish::Enumerate(repo, "Try to enum Numeric Power Sensor instance.",
                            [this, &repo](Rest::RestSession& session) {
                                WalkReadings(session, repo, "Power", "Voltages", "PowerSensor", "Power Sensor",
-                                            kPowerSensorFields, RCFCFieldCount(kPowerSensorFields), "Volts");
+                                            kPowerSensorFields, RCFCFieldCount(kPowerSensorFields), &kVolts);
                            });
 }
 
@@ -155,7 +156,7 @@ void RCFCEnvironmentInfoInventoryModule::EnumTemperatureSensorInstances(RReposit
                            [this, &repo](Rest::RestSession& session) {
                                WalkReadings(session, repo, "Thermal", "Temperatures", "TemperatureSensor",
                                             "Temperature Sensor", kTemperatureSensorFields,
-                                            RCFCFieldCount(kTemperatureSensorFields), "Celsius degree");
+                                            RCFCFieldCount(kTemperatureSensorFields), &kCelsius);
                            });
 }
 
@@ -191,7 +192,7 @@ void RCFCEnvironmentInfoInventoryModule::WalkReadings(Rest::RestSession& session
                                                       const std::string& link, const std::string& list,
                                                       const std::string& type, const std::string& title,
                                                       const RCFCField* fields, std::size_t count,
-                                                      const std::string& fixedUnit)
+                                                      const RCFCGivenValue* unit)
 {
     const boost::json::value chassis = RCFCRedfish::FetchJson(session, ChassisUrl(), 1);
     const std::string documentUrl = RCFCRedfish::LinkOf(chassis, link);
@@ -199,16 +200,8 @@ void RCFCEnvironmentInfoInventoryModule::WalkReadings(Rest::RestSession& session
     const boost::json::value document = RCFCRedfish::FetchJson(session, documentUrl, 0);
     const boost::json::array* readings = Rest::FindJsonArray(document, Rest::MakeJsonPointer({list}));
     if (readings == nullptr) return;
-    for (const boost::json::value& reading : *readings) {
-        if (!reading.is_object()) continue;
-        RInstance instance(type, title, -1);
-        for (std::size_t i = 0; i < count; ++i) {
-            const bool fixed = !fixedUnit.empty() && std::string(fields[i].key) == kUnitKey;
-            instance.AddProperty(fields[i].key, fields[i].display,
-                                 fixed ? fixedUnit : RCFCRedfish::ReadField(reading, fields[i], false));
-        }
-        instance.AddToRepository(repo);
-    }
+    for (const boost::json::value& reading : *readings)
+        RCFCRedfish::AddRecord(repo, type, title, reading, fields, count, false, unit);
 }
 
 void RCFCEnvironmentInfoInventoryModule::WalkLEDs(Rest::RestSession& session, RRepository& repo)

@@ -1,6 +1,5 @@
 #include "repository/modules/rcfchardwareinventorymodule.h"
 
-#include "kestro/repository/rinstance.h"
 #include "kestro/repository/rrepository.h"
 #include "repository/modules/rcfcredfish.h"
 #include "repository/rlog.h"
@@ -70,7 +69,6 @@ const RCFCField kFanFields[] = {
     {"State", "State", KindText, UnderStatus},
     {"Health", "Health", KindText, UnderStatus},
 };
-const std::size_t kFanRedundancyIndex = 5;
 
 const RCFCField kPowerFields[] = {
     {"Name", "Name", KindText, AtTop},
@@ -252,15 +250,8 @@ void RCFCHardwareInventoryModule::WalkFans(Rest::RestSession& session, RReposito
     const boost::json::array* fans = Rest::FindJsonArray(thermal, "/Fans");
     if (fans == nullptr) return;
     for (const boost::json::value& fan : *fans) {
-        if (!fan.is_object()) continue;
-        RInstance instance("Fan", "Fan", -1);
-        for (std::size_t i = 0; i < RCFCFieldCount(kFanFields); ++i) {
-            const RCFCField& field = kFanFields[i];
-            const std::string value =
-                i == kFanRedundancyIndex ? FanRedundancy(thermal, fan) : RCFCRedfish::ReadField(fan, field, false);
-            instance.AddProperty(field.key, field.display, value);
-        }
-        instance.AddToRepository(repo);
+        const RCFCGivenValue redundancy = {"Redundancy", FanRedundancy(thermal, fan)};
+        RCFCAddRecord(repo, "Fan", "Fan", fan, kFanFields, false, &redundancy);
     }
 }
 
