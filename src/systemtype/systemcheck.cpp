@@ -57,6 +57,13 @@ bool SystemCheck::IsRedfishSupported(const ConnectionInfo& connection)
     return ReadServiceRoot(connection, root) && ServiceRootIsRedfish(root);
 }
 
+std::string SystemCheck::GetReleaseName(const ConnectionInfo& connection)
+{
+    boost::json::value root;
+    if (!ReadServiceRoot(connection, root)) return std::string();
+    return ServiceRootReleaseName(root);
+}
+
 bool SystemCheck::ServiceRootIsCFCPlatformV2(const boost::json::value& root)
 {
     if (Rest::ReadJsonString(root, "/Vendor") != kCfcVendor) return false;
@@ -67,6 +74,11 @@ bool SystemCheck::ServiceRootIsRedfish(const boost::json::value& root)
 {
     return root.is_object() && Rest::FindJsonValue(root, "/RedfishVersion") != nullptr &&
            Rest::FindJsonValue(root, "/RedfishVersion")->is_string();
+}
+
+std::string SystemCheck::ServiceRootReleaseName(const boost::json::value& root)
+{
+    return Rest::ReadJsonString(root, "/Oem/Orvena/ReleaseName", std::string());
 }
 
 }  // namespace XModule

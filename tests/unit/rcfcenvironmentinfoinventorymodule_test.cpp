@@ -131,13 +131,15 @@ TEST(RCFCEnvironmentInfoInventoryModuleTest, SparseTargetKeepsToWhatIsThere)
     // A member link that is not text is skipped; a sensor without a unit counts as numeric.
     EXPECT_EQ((std::vector<std::string>{"Temp_0", "NoUnit"}), ColumnOf(target.Repo(), "NumericSensor", "Id"));
     EXPECT_EQ((std::vector<std::string>{"23", "N/A"}), ColumnOf(target.Repo(), "NumericSensor", "Reading"));
-    EXPECT_EQ((std::vector<std::string>{"N/A", "N/A"}),
+    // Sensor values are read as text: a number is written in decimal, a string stands as it is.
+    EXPECT_EQ((std::vector<std::string>{"N/A", "high"}),
               ColumnOf(target.Repo(), "NumericSensor", "UpperThresholdCritical"));
     EXPECT_EQ((std::vector<std::string>{"Discrete_0"}), ColumnOf(target.Repo(), "DiscreteSensor", "Id"));
     EXPECT_EQ((std::vector<std::string>{"N/A"}), ColumnOf(target.Repo(), "DiscreteSensor", "Name"));
 
-    EXPECT_EQ((std::vector<std::string>{"N/A", "8000"}), ColumnOf(target.Repo(), "FanSensor", "Reading"));
-    EXPECT_EQ((std::vector<std::string>{"N/A", "N/A"}), ColumnOf(target.Repo(), "TemperatureSensor", "ReadingCelsius"));
+    EXPECT_EQ((std::vector<std::string>{"7800", "8000"}), ColumnOf(target.Repo(), "FanSensor", "Reading"));
+    EXPECT_EQ((std::vector<std::string>{"23", "N/A"}), ColumnOf(target.Repo(), "TemperatureSensor", "ReadingCelsius"));
+    EXPECT_EQ((std::vector<std::string>{"12.1", "N/A"}), ColumnOf(target.Repo(), "PowerSensor", "ReadingVolts"));
     EXPECT_EQ((std::vector<std::string>{"43", "N/A"}),
               ColumnOf(target.Repo(), "TemperatureSensor", "UpperThresholdCritical"));
     EXPECT_EQ((std::vector<std::string>{"Celsius degree", "Celsius degree"}),

@@ -51,6 +51,7 @@ TEST(RCFCFirmwareInventoryModuleTest, SparseAndMissingSourcesKeepToTheirType)
     LogCapture capture;
     sparse.Run(module, "FirmwareInventory");
     sparse.Run(module, "SystemVPD");
+    // Of three members the last is a number, not an object: no row.
     const auto firmware = ExpectRows(sparse.Repo(), "FirmwareInventory", kFirmwareColumns);
     ASSERT_EQ(2u, firmware.size());
     EXPECT_EQ((std::vector<std::string>{"BMC (Primary)", "N/A", "N/A"}), firmware[0]);

@@ -28,7 +28,7 @@ const std::vector<RCFCColumn> kMemoryColumns = {
 
 const std::vector<RCFCColumn> kFanColumns = {
     {"MemberId", kAnyText}, {"Name", kAnyText}, {"Reading", kNumberOrNA}, {"MaxReadingRange", kNumberOrNA},
-    {"SlotNumber", kNumberOrNA}, {"Redundancy", kAnyText}, {"DutyCycle", kNumberOrNA}, {"SpeedMode", "Auto|N/A"},
+    {"SlotNumber", kNumberOrNA}, {"Redundancy", kAnyText}, {"DutyCycle", "[0-9]+%?|N/A"}, {"SpeedMode", "Auto|N/A"},
     {"State", "Enabled|N/A"}, {"Health", "OK|Warning|N/A"}};
 
 const std::vector<RCFCColumn> kPowerColumns = {
@@ -71,11 +71,12 @@ TEST(RCFCHardwareInventoryModuleTest, FullTargetGivesEveryTypeInItsShape)
                                         "CPU 1", "32", "64", "4000", "2560", "65536", "61440", "7A9C1E6F2B4D31",
                                         "OK", "Enabled"}),
               processors[0]);
-    EXPECT_TRUE(capture.Has(3, "[repo] Processor/Core"));
+    EXPECT_EQ(std::vector<std::string>(2, "Processor/Core"), DisplaysOf(target.Repo(), "Processor"));
 
     const auto memory = ExpectRows(target.Repo(), "Memory", kMemoryColumns);
     ASSERT_EQ(16u, memory.size());
-    EXPECT_TRUE(capture.Has(3, "[repo] Memory(total 16)"));
+    // The title counts the modules of all four pages.
+    EXPECT_EQ(std::vector<std::string>(16, "Memory(total 16)"), DisplaysOf(target.Repo(), "Memory"));
     // Channels 6 and 7 of each socket are empty slots: no size, no status but their state.
     EXPECT_EQ("N/A", memory[6][5]);
     EXPECT_EQ("Absent", memory[6][15]);
@@ -117,7 +118,8 @@ TEST(RCFCHardwareInventoryModuleTest, SparseTargetGivesNAForWhatIsMissingOrOfAno
 
     const auto processors = ExpectRows(target.Repo(), "Processor", ProcessorColumns(kNumberOrNA, kAnyText));
     ASSERT_EQ(2u, processors.size());
-    EXPECT_EQ((std::vector<std::string>{"1", "N/A", "Intel(R) Xeon(R) Gold 6430", "N/A", "N/A", "N/A", "N/A", "N/A",
+    // Counts and speeds are text when the BMC writes them so; cache sizes must be numbers.
+    EXPECT_EQ((std::vector<std::string>{"1", "N/A", "Intel(R) Xeon(R) Gold 6430", "N/A", "N/A", "N/A", "32", "N/A",
                                         "4000.5", "N/A", "N/A", "N/A", "N/A", "N/A", "N/A"}),
               processors[0]);
     EXPECT_EQ(std::vector<std::string>(15, "N/A"), processors[1]);
@@ -125,9 +127,10 @@ TEST(RCFCHardwareInventoryModuleTest, SparseTargetGivesNAForWhatIsMissingOrOfAno
     EXPECT_TRUE(ColumnOf(target.Repo(), "Memory", "Id").empty());
     EXPECT_TRUE(ColumnOf(target.Repo(), "Power", "Name").empty());
 
+    // The third entry of the fan list is not an object and gives no row.
     const auto fans = ExpectRows(target.Repo(), "Fan", kFanColumns);
     ASSERT_EQ(2u, fans.size());
-    EXPECT_EQ((std::vector<std::string>{"0", "Fan 1", "N/A", "N/A", "N/A", "N/A", "N/A", "N/A", "N/A", "N/A"}),
+    EXPECT_EQ((std::vector<std::string>{"0", "Fan 1", "7800", "N/A", "N/A", "N/A", "40%", "N/A", "N/A", "N/A"}),
               fans[0]);
     EXPECT_EQ("8000", fans[1][2]);
     EXPECT_EQ("Enabled", fans[1][8]);
@@ -169,6 +172,21 @@ TEST(RCFCHardwareInventoryModuleTest, AFailedUrlEndsOnlyItsOwnType)
     EXPECT_EQ((std::vector<std::string>{"Disk.0", "Disk.1"}), ColumnOf(target.Repo(), "Drive", "Id"));
     EXPECT_TRUE(capture.Has(1, kFailedUrl + target.Url("/redfish/v1/Chassis/1/Drives/Disk.2") + ", error code is 401"));
     EXPECT_EQ(0, target.Bmc().RequestCount("/redfish/v1/Chassis/1/Drives/Disk.3"));
+}
+
+TEST(RCFCHardwareInventoryModuleTest, AFailedMemoryPageKeepsTheModulesOfEarlierPages)
+{
+    RCFCTarget target("full");
+    target.Bmc().SetDocument("/redfish/v1/Systems/1/Memory", R"({
+        "Members": [{"Id": "DIMM1", "CapacityMiB": 32768}, {"Id": "DIMM2", "CapacityMiB": 32768}],
+        "Members@odata.nextLink": "/redfish/v1/Systems/1/MemoryPage2"})");
+    RCFCHardwareInventoryModule module;
+    LogCapture capture;
+    target.Run(module, "Memory");
+    EXPECT_TRUE(capture.Has(1, kFailedUrl + target.Url("/redfish/v1/Systems/1/MemoryPage2") + ", error code is 404"))
+        << capture.Dump();
+    EXPECT_EQ((std::vector<std::string>{"DIMM1", "DIMM2"}), ColumnOf(target.Repo(), "Memory", "Id"));
+    EXPECT_EQ(std::vector<std::string>(2, "Memory(total 2)"), DisplaysOf(target.Repo(), "Memory"));
 }
 
 TEST(RCFCHardwareInventoryModuleTest, WithoutAConnectionOrWithWrongCredentialsNothingIsAdded)

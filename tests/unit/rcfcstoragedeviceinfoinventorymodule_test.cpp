@@ -138,14 +138,17 @@ TEST(RCFCStorageDeviceInfoInventoryModuleTest, SparseTargetLogsEachBrokenRead)
 
     const auto raid = ExpectRows(target.Repo(), "RaidStorageDevice", kRaidControllerColumns);
     ASSERT_EQ(1u, raid.size());
-    EXPECT_EQ((std::vector<std::string>{"RAID 940-8i", "N/A", "N/A", "N/A", "N/A", "N/A", "N/A", "N/A", "N/A", "N/A"}),
+    // A speed written as text shows as it stands; a health that is a number is of the wrong kind.
+    EXPECT_EQ((std::vector<std::string>{"RAID 940-8i", "N/A", "N/A", "12", "N/A", "N/A", "N/A", "N/A", "N/A", "N/A"}),
               raid[0]);
-    // Two drive links lack a text "@odata.id"; the third drive comes with its size as text.
+    // Two drive links lack a text "@odata.id"; the third drive comes with its size and counts as
+    // text, but block size must be a number and the flag a boolean.
     const auto disks = ExpectRows(target.Repo(), "DiskDevice", kDiskColumns);
     ASSERT_EQ(1u, disks.size());
     EXPECT_EQ("1.5KB", disks[0][4]);
     EXPECT_EQ("N/A", disks[0][2]);
     EXPECT_EQ("N/A", disks[0][9]);
+    EXPECT_EQ("3", disks[0][18]);
     EXPECT_TRUE(ColumnOf(target.Repo(), "Volumes", "Name").empty());
 
     EXPECT_TRUE(capture.Has(1, std::string(kReadFailure) + "EnumStorageDeviceInstances 1")) << capture.Dump();
@@ -153,7 +156,7 @@ TEST(RCFCStorageDeviceInfoInventoryModuleTest, SparseTargetLogsEachBrokenRead)
     const auto unitDisks = ExpectRows(target.Repo(), "StorageUnitDiskDevice", kDiskColumns);
     ASSERT_EQ(1u, unitDisks.size());
     EXPECT_EQ("N/A", unitDisks[0][4]);
-    EXPECT_EQ("N/A", unitDisks[0][12]);
+    EXPECT_EQ("41", unitDisks[0][12]);
     EXPECT_TRUE(ColumnOf(target.Repo(), "StorageUnitVolume", "Name").empty());
     EXPECT_EQ(1, capture.Count("Failed"));
 }
@@ -164,6 +167,7 @@ TEST(RCFCStorageDeviceInfoInventoryModuleTest, FailedReadsEndTheirFunctionAndKee
     target.Bmc().ForceStatus("/redfish/v1/Systems/1/Storages/RAID_Slot3/Drives/Disk.2", 404);
     target.Bmc().SetDocument("/redfish/v1/Systems/1/Storages/RAID_Slot3/Volumes", "{\"Members\": [");
     target.Bmc().SetDocument("/redfish/v1/Systems/1/Storages/M2_Slot1/Drives", "not json");
+    target.Bmc().SetDocument("/redfish/v1/Systems/1/Storages/M2_Slot1/Volumes", "{\"Members\": [");
     RCFCStorageDeviceInfoInventoryModule module;
     LogCapture capture;
     RunAll(target, module);
@@ -179,9 +183,12 @@ TEST(RCFCStorageDeviceInfoInventoryModuleTest, FailedReadsEndTheirFunctionAndKee
     EXPECT_TRUE(ColumnOf(target.Repo(), "Volumes", "Name").empty());
     EXPECT_TRUE(capture.Has(1, std::string(kReadFailure) + "GetStorageUnitDiskInfo"));
     EXPECT_TRUE(ColumnOf(target.Repo(), "StorageUnitDiskDevice", "Name").empty());
+    EXPECT_TRUE(capture.Has(1, std::string(kReadFailure) + "EnumStorageUnitVolumeDeviceInstances"));
+    EXPECT_TRUE(ColumnOf(target.Repo(), "StorageUnitVolume", "Name").empty());
+    EXPECT_EQ(4, capture.Count(kReadFailure));
     // The other types of both layouts are untouched.
     EXPECT_EQ(1u, ColumnOf(target.Repo(), "RaidStorageDevice", "Name").size());
-    EXPECT_EQ(1u, ColumnOf(target.Repo(), "StorageUnitVolume", "Name").size());
+    EXPECT_EQ(1u, ColumnOf(target.Repo(), "StorageDevice", "Name").size());
     EXPECT_EQ(1u, ColumnOf(target.Repo(), "RAIDSHOWRawData", "Command").size());
 }
 

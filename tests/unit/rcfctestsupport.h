@@ -57,6 +57,8 @@ private:
 // of each record come back in column order.
 std::vector<std::vector<std::string> > ExpectRows(kestro::repository::RRepository& repo, const std::string& type,
                                                   const std::vector<RCFCColumn>& columns);
+// The display name of each record of `type`: the title of its table in the report.
+std::vector<std::string> DisplaysOf(kestro::repository::RRepository& repo, const std::string& type);
 // One column of the records of `type`.
 std::vector<std::string> ColumnOf(kestro::repository::RRepository& repo, const std::string& type,
                                   const std::string& key);

@@ -35,6 +35,31 @@ TEST(SystemCheckTest, ServiceRootRules)
     }
 }
 
+TEST(SystemCheckTest, ReleaseNameIsTheTextTheServiceRootStates)
+{
+    const struct {
+        const char* root;
+        const char* name;
+    } cases[] = {
+        {R"({"Oem": {"Orvena": {"ReleaseName": "OBMC 2.14"}}})", "OBMC 2.14"},
+        {R"({"Oem": {"Orvena": {"ReleaseName": 214}}})", ""},
+        {R"({"Oem": {"Orvena": {}}})", ""},
+        {R"({"ReleaseName": "top level"})", ""},
+        {R"("OBMC")", ""},
+    };
+    for (const auto& c : cases)
+        EXPECT_EQ(c.name, SystemCheck::ServiceRootReleaseName(boost::json::parse(c.root))) << c.root;
+
+    RCFCTarget full("full");
+    EXPECT_EQ("OBMC 2.14 CFC-V2", SystemCheck::GetReleaseName(full.Connection()));
+    RCFCTarget sparse("sparse");
+    EXPECT_EQ("", SystemCheck::GetReleaseName(sparse.Connection()));
+    LogCapture capture;
+    full.UseCredentials(RCFCTarget::kUser, "wrong");
+    EXPECT_EQ("", SystemCheck::GetReleaseName(full.Connection()));
+    EXPECT_EQ(1, capture.Count("can't be read: Failed to get url"));
+}
+
 TEST(SystemCheckTest, AsksTheServiceRootOfTheTarget)
 {
     RCFCTarget full("full");

@@ -23,10 +23,15 @@ public:
     static bool IsCFCPlatformV2(const ConnectionInfo& connection);
     // The service root answers 200 with a JSON object that states its "RedfishVersion".
     static bool IsRedfishSupported(const ConnectionInfo& connection);
+    // The name of the firmware release the BMC runs, as its service root states it under
+    // "Oem"/"Orvena"/"ReleaseName"; settings differ between releases. Empty when the root can't
+    // be read or names none.
+    static std::string GetReleaseName(const ConnectionInfo& connection);
 
     // The rules above over a service root document, apart from the request.
     static bool ServiceRootIsCFCPlatformV2(const boost::json::value& root);
     static bool ServiceRootIsRedfish(const boost::json::value& root);
+    static std::string ServiceRootReleaseName(const boost::json::value& root);
 
     // The four list paths, in the data folder of the program's home.
     static SystemCheck FromLibraryFolder();

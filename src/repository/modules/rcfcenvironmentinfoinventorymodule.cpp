@@ -1,6 +1,5 @@
 #include "repository/modules/rcfcenvironmentinfoinventorymodule.h"
 
-#include "kestro/repository/rinstance.h"
 #include "repository/modules/rcfcredfish.h"
 #include "repository/rlog.h"
 #include "rest/jsonread.h"
@@ -18,12 +17,12 @@ const RCFCField kNumericSensorFields[] = {
     {"Name", "Element Name", KindText, AtTop},
     {"Reading", "Current Reading", KindScalar, AtTop},
     {"Unit", "Base Unit", KindText, AtTop},
-    {"UpperThresholdNonRecoverable", "Upper Non-Recoverable", KindNumber, AtTop},
-    {"UpperThresholdCritical", "Upper Critical", KindNumber, AtTop},
-    {"UpperThresholdNonCritical", "Upper Non-Critical", KindNumber, AtTop},
-    {"LowerThresholdNonCritical", "Lower Non-Critical", KindNumber, AtTop},
-    {"LowerThresholdCritical", "Lower Critical", KindNumber, AtTop},
-    {"LowerThresholdNonRecoverable", "Lower Non-Recoverable", KindNumber, AtTop},
+    {"UpperThresholdNonRecoverable", "Upper Non-Recoverable", KindScalar, AtTop},
+    {"UpperThresholdCritical", "Upper Critical", KindScalar, AtTop},
+    {"UpperThresholdNonCritical", "Upper Non-Critical", KindScalar, AtTop},
+    {"LowerThresholdNonCritical", "Lower Non-Critical", KindScalar, AtTop},
+    {"LowerThresholdCritical", "Lower Critical", KindScalar, AtTop},
+    {"LowerThresholdNonRecoverable", "Lower Non-Recoverable", KindScalar, AtTop},
 };
 
 const RCFCField kDiscreteSensorFields[] = {
@@ -34,35 +33,35 @@ const RCFCField kDiscreteSensorFields[] = {
 };
 
 #define KESTRO_CFC_THRESHOLD_FIELDS                                              \
-    {"UpperThresholdFatal", "Upper Non-Recoverable", KindNumber, AtTop},         \
-        {"UpperThresholdCritical", "Upper Critical", KindNumber, AtTop},         \
-        {"UpperThresholdNonCritical", "Upper Non-Critical", KindNumber, AtTop},  \
-        {"LowerThresholdNonCritical", "Lower Non-Critical", KindNumber, AtTop},  \
-        {"LowerThresholdCritical", "Lower Critical", KindNumber, AtTop},         \
-        {"LowerThresholdFatal", "Lower Non-Recoverable", KindNumber, AtTop}
+    {"UpperThresholdFatal", "Upper Non-Recoverable", KindScalar, AtTop},         \
+        {"UpperThresholdCritical", "Upper Critical", KindScalar, AtTop},         \
+        {"UpperThresholdNonCritical", "Upper Non-Critical", KindScalar, AtTop},  \
+        {"LowerThresholdNonCritical", "Lower Non-Critical", KindScalar, AtTop},  \
+        {"LowerThresholdCritical", "Lower Critical", KindScalar, AtTop},         \
+        {"LowerThresholdFatal", "Lower Non-Recoverable", KindScalar, AtTop}
 
 const RCFCField kPowerSensorFields[] = {
-    {"SensorNumber", "Node ID", KindNumber, AtTop},
+    {"SensorNumber", "Node ID", KindScalar, AtTop},
     {"Name", "Element Name", KindText, AtTop},
-    {"ReadingVolts", "Current Reading", KindNumber, AtTop},
+    {"ReadingVolts", "Current Reading", KindScalar, AtTop},
     {"ReadingUnits", "Base Unit", KindText, AtTop},
     {"State", "State", KindText, UnderStatus},
     KESTRO_CFC_THRESHOLD_FIELDS,
 };
 
 const RCFCField kFanSensorFields[] = {
-    {"SensorNumber", "Node ID", KindNumber, AtTop},
+    {"SensorNumber", "Node ID", KindScalar, AtTop},
     {"Name", "Element Name", KindText, AtTop},
-    {"Reading", "Current Reading", KindNumber, AtTop},
+    {"Reading", "Current Reading", KindScalar, AtTop},
     {"ReadingUnits", "Base Unit", KindText, AtTop},
     {"State", "State", KindText, UnderStatus},
     KESTRO_CFC_THRESHOLD_FIELDS,
 };
 
 const RCFCField kTemperatureSensorFields[] = {
-    {"SensorNumber", "Node ID", KindNumber, AtTop},
+    {"SensorNumber", "Node ID", KindScalar, AtTop},
     {"Name", "Element Name", KindText, AtTop},
-    {"ReadingCelsius", "Current Reading", KindNumber, AtTop},
+    {"ReadingCelsius", "Current Reading", KindScalar, AtTop},
     {"ReadingUnits", "Base Unit", KindText, AtTop},
     {"State", "State", KindText, UnderStatus},
     KESTRO_CFC_THRESHOLD_FIELDS,
@@ -80,7 +79,9 @@ const RCFCField kLEDFields[] = {
 };
 
 const char* const kDiscreteUnit = "discrete";
-const char* const kUnitKey = "ReadingUnits";
+// Voltages and temperatures show their unit in words, whatever the BMC names it.
+const RCFCGivenValue kVolts = {"ReadingUnits", "Volts"};
+const RCFCGivenValue kCelsius = {"ReadingUnits", "Celsius degree"};
 
 const std::string& ChassisUrl()
 {
@@ -136,7 +137,7 @@ void RCFCEnvironmentInfoInventoryModule::EnumFanSensorInstances(RRepository& rep
 {
     RCFCRedfish::Enumerate(repo, "Try to enum Fan Sensor instance.", [this, &repo](Rest::RestSession& session) {
         WalkReadings(session, repo, "Thermal", "Fans", "FanSensor", "Fan Sensor", kFanSensorFields,
-                     RCFCFieldCount(kFanSensorFields), "");
+                     RCFCFieldCount(kFanSensorFields), nullptr);
     });
 }
 
@@ -145,7 +146,7 @@ void RCFCEnvironmentInfoInventoryModule::EnumPowerSensorInstances(RRepository& r
     RCFCRedfish::Enumerate(repo, "Try to enum Numeric Power Sensor instance.",
                            [this, &repo](Rest::RestSession& session) {
                                WalkReadings(session, repo, "Power", "Voltages", "PowerSensor", "Power Sensor",
-                                            kPowerSensorFields, RCFCFieldCount(kPowerSensorFields), "Volts");
+                                            kPowerSensorFields, RCFCFieldCount(kPowerSensorFields), &kVolts);
                            });
 }
 
@@ -155,7 +156,7 @@ void RCFCEnvironmentInfoInventoryModule::EnumTemperatureSensorInstances(RReposit
                            [this, &repo](Rest::RestSession& session) {
                                WalkReadings(session, repo, "Thermal", "Temperatures", "TemperatureSensor",
                                             "Temperature Sensor", kTemperatureSensorFields,
-                                            RCFCFieldCount(kTemperatureSensorFields), "Celsius degree");
+                                            RCFCFieldCount(kTemperatureSensorFields), &kCelsius);
                            });
 }
 
@@ -181,22 +182,17 @@ void RCFCEnvironmentInfoInventoryModule::AddSensor(RRepository& repo, const boos
 {
     const bool isDiscrete = Rest::ReadJsonString(sensor, "/Unit") == kDiscreteUnit;
     if (isDiscrete != discrete) return;
-    if (discrete) {
-        RInstance instance("DiscreteSensor", "Discrete Sensor", -1);
-        RCFCRedfish::AddFields(instance, sensor, kDiscreteSensorFields, RCFCFieldCount(kDiscreteSensorFields), false);
-        instance.AddToRepository(repo);
-        return;
-    }
-    RInstance instance("NumericSensor", "Numeric Sensor", -1);
-    RCFCRedfish::AddFields(instance, sensor, kNumericSensorFields, RCFCFieldCount(kNumericSensorFields), false);
-    instance.AddToRepository(repo);
+    if (discrete)
+        RCFCAddRecord(repo, "DiscreteSensor", "Discrete Sensor", sensor, kDiscreteSensorFields);
+    else
+        RCFCAddRecord(repo, "NumericSensor", "Numeric Sensor", sensor, kNumericSensorFields);
 }
 
 void RCFCEnvironmentInfoInventoryModule::WalkReadings(Rest::RestSession& session, RRepository& repo,
                                                       const std::string& link, const std::string& list,
                                                       const std::string& type, const std::string& title,
                                                       const RCFCField* fields, std::size_t count,
-                                                      const std::string& fixedUnit)
+                                                      const RCFCGivenValue* unit)
 {
     const boost::json::value chassis = RCFCRedfish::FetchJson(session, ChassisUrl(), 1);
     const std::string documentUrl = RCFCRedfish::LinkOf(chassis, link);
@@ -204,24 +200,14 @@ void RCFCEnvironmentInfoInventoryModule::WalkReadings(Rest::RestSession& session
     const boost::json::value document = RCFCRedfish::FetchJson(session, documentUrl, 0);
     const boost::json::array* readings = Rest::FindJsonArray(document, Rest::MakeJsonPointer({list}));
     if (readings == nullptr) return;
-    for (const boost::json::value& reading : *readings) {
-        RInstance instance(type, title, -1);
-        for (std::size_t i = 0; i < count; ++i) {
-            const bool fixed = !fixedUnit.empty() && std::string(fields[i].key) == kUnitKey;
-            instance.AddProperty(fields[i].key, fields[i].display,
-                                 fixed ? fixedUnit : RCFCRedfish::ReadField(reading, fields[i], false));
-        }
-        instance.AddToRepository(repo);
-    }
+    for (const boost::json::value& reading : *readings)
+        RCFCRedfish::AddRecord(repo, type, title, reading, fields, count, false, unit);
 }
 
 void RCFCEnvironmentInfoInventoryModule::WalkLEDs(Rest::RestSession& session, RRepository& repo)
 {
-    Rest::WalkCollection(session, LEDsUrl(), Rest::WalkExpanded, [&repo](const boost::json::value& led) {
-        RInstance instance("LED", "LED", -1);
-        RCFCRedfish::AddFields(instance, led, kLEDFields, RCFCFieldCount(kLEDFields), false);
-        instance.AddToRepository(repo);
-    });
+    Rest::WalkCollection(session, LEDsUrl(), Rest::WalkExpanded,
+                         [&repo](const boost::json::value& led) { RCFCAddRecord(repo, "LED", "LED", led, kLEDFields); });
 }
 
 }  // namespace repository

@@ -15,6 +15,7 @@ namespace kestro {
 namespace repository {
 
 struct RCFCField;
+struct RCFCGivenValue;
 
 // Sensors and LEDs of a CFC target, read from its BMC's Redfish service.
 class RCFCEnvironmentInfoInventoryModule : public RModule {
@@ -36,10 +37,11 @@ private:
     // The chassis' sensor collection, page by page; `discrete` picks which members count.
     void WalkSensors(Rest::RestSession& session, RRepository& repo, bool discrete);
     void AddSensor(RRepository& repo, const boost::json::value& sensor, bool discrete);
-    // The array `list` of the chassis document that `link` names (Thermal or Power).
+    // The array `list` of the chassis document that `link` names (Thermal or Power); `unit`, when
+    // given, stands in the unit column of every row.
     void WalkReadings(Rest::RestSession& session, RRepository& repo, const std::string& link, const std::string& list,
                       const std::string& type, const std::string& title, const RCFCField* fields, std::size_t count,
-                      const std::string& fixedUnit);
+                      const RCFCGivenValue* unit);
     void WalkLEDs(Rest::RestSession& session, RRepository& repo);
 
 };

@@ -1,6 +1,5 @@
 #include "repository/modules/rcfcfirmwareinventorymodule.h"
 
-#include "kestro/repository/rinstance.h"
 #include "repository/modules/rcfcredfish.h"
 #include "rest/jsonread.h"
 #include "rest/restsession.h"
@@ -90,20 +89,15 @@ void RCFCFirmwareInventoryModule::EnumVPDInstances(RRepository& repo)
 void RCFCFirmwareInventoryModule::WalkFirmware(Rest::RestSession& session, RRepository& repo)
 {
     Rest::WalkCollection(session, FirmwareUrl(), Rest::WalkExpanded, [&repo](const boost::json::value& member) {
-        RInstance instance("FirmwareInventory", "Firmware Inventory", -1);
-        RCFCRedfish::AddFields(instance, member, kFirmwareFields, RCFCFieldCount(kFirmwareFields), false);
-        instance.AddToRepository(repo);
+        RCFCAddRecord(repo, "FirmwareInventory", "Firmware Inventory", member, kFirmwareFields);
     });
 }
 
 void RCFCFirmwareInventoryModule::ReadSystemVPD(Rest::RestSession& session, RRepository& repo)
 {
     const boost::json::value system = RCFCRedfish::FetchJson(session, SystemUrl(), 0);
-    if (!system.is_object()) return;
-    RInstance instance("SystemVPD", "System VPD", -1);
-    instance.AddProperty(kVPDFields[0].key, kVPDFields[0].display, MachineTypeOf(system));
-    RCFCRedfish::AddFields(instance, system, kVPDFields + 1, RCFCFieldCount(kVPDFields) - 1, false);
-    instance.AddToRepository(repo);
+    const RCFCGivenValue machineType = {"MachineType", MachineTypeOf(system)};
+    RCFCAddRecord(repo, "SystemVPD", "System VPD", system, kVPDFields, false, &machineType);
 }
 
 }  // namespace repository

@@ -1,6 +1,5 @@
 #include "repository/modules/rcfchardwareinventorymodule.h"
 
-#include "kestro/repository/rinstance.h"
 #include "kestro/repository/rrepository.h"
 #include "repository/modules/rcfcredfish.h"
 #include "repository/rlog.h"
@@ -10,11 +9,16 @@
 
 #include <boost/bind/bind.hpp>
 
+#include <string>
+#include <vector>
+
 namespace kestro {
 namespace repository {
 
 namespace {
 
+// Only the sizes, speeds and wattages are read as numbers; any other key is read as text, a number
+// written in decimal.
 const RCFCField kProcessorFields[] = {
     {"Id", "Id", KindText, AtTop},
     {"Manufacturer", "Manufacturer", KindText, AtTop},
@@ -22,9 +26,9 @@ const RCFCField kProcessorFields[] = {
     {"ProcessorType", "Processor Type", KindText, AtTop},
     {"ProcessorArchitecture", "Processor Architecture", KindText, AtTop},
     {"Socket", "Socket", KindText, AtTop},
-    {"TotalCores", "Total Cores", KindNumber, AtTop},
-    {"TotalThreads", "Total Threads", KindNumber, AtTop},
-    {"MaxSpeedMHz", "Max Speed(MHz)", KindNumber, AtTop},
+    {"TotalCores", "Total Cores", KindScalar, AtTop},
+    {"TotalThreads", "Total Threads", KindScalar, AtTop},
+    {"MaxSpeedMHz", "Max Speed(MHz)", KindScalar, AtTop},
     {"L1CacheKiB", "L1 Cache(KiB)", KindNumber, UnderOemPublic},
     {"L2CacheKiB", "L2 Cache(KiB)", KindNumber, UnderOemPublic},
     {"L3CacheKiB", "L3 Cache(KiB)", KindNumber, UnderOemPublic},
@@ -45,9 +49,9 @@ const RCFCField kMemoryFields[] = {
     {"PartNumber", "Part Number", KindText, AtTop},
     {"SerialNumber", "Serial Number", KindText, AtTop},
     {"OperatingMemoryModes", "OperatingMemoryModes", KindJoin, AtTop},
-    {"Channel", "Channel", KindNumber, UnderMemoryLocation},
-    {"Slot", "Slot", KindNumber, UnderMemoryLocation},
-    {"Socket", "Socket", KindNumber, UnderMemoryLocation},
+    {"Channel", "Channel", KindScalar, UnderMemoryLocation},
+    {"Slot", "Slot", KindScalar, UnderMemoryLocation},
+    {"Socket", "Socket", KindScalar, UnderMemoryLocation},
     {"Health", "Health", KindText, UnderStatus},
     {"State", "State", KindText, UnderStatus},
 };
@@ -56,16 +60,15 @@ const RCFCField kMemoryFields[] = {
 const RCFCField kFanFields[] = {
     {"MemberId", "Id", KindText, AtTop},
     {"Name", "Name", KindText, AtTop},
-    {"Reading", "Reading", KindNumber, AtTop},
-    {"MaxReadingRange", "Max Reading Range", KindNumber, AtTop},
-    {"SlotNumber", "Slot Number", KindNumber, AtTop},
+    {"Reading", "Reading", KindScalar, AtTop},
+    {"MaxReadingRange", "Max Reading Range", KindScalar, AtTop},
+    {"SlotNumber", "Slot Number", KindScalar, AtTop},
     {"Redundancy", "Redundancy", KindText, AtTop},
-    {"DutyCycle", "Duty Cycle", KindNumber, UnderLowerOemPublic},
+    {"DutyCycle", "Duty Cycle", KindScalar, UnderLowerOemPublic},
     {"SpeedMode", "Speed Mode", KindText, UnderLowerOemPublic},
     {"State", "State", KindText, UnderStatus},
     {"Health", "Health", KindText, UnderStatus},
 };
-const std::size_t kFanRedundancyIndex = 5;
 
 const RCFCField kPowerFields[] = {
     {"Name", "Name", KindText, AtTop},
@@ -116,14 +119,17 @@ const std::string& ChassisUrl()
     return url;
 }
 
-// A record of `type` from one member, added to the store.
-template <std::size_t N>
-void AddRecord(RRepository& repo, const std::string& type, const boost::json::value& member,
-               const RCFCField (&fields)[N], bool platformV2 = false)
+const char* const kProcessorLabel = "Processor/Core";
+
+std::string MemoryLabel(std::size_t total)
 {
-    RInstance instance(type, type, -1);
-    RCFCRedfish::AddFields(instance, member, fields, N, platformV2);
-    instance.AddToRepository(repo);
+    return "Memory(total " + std::to_string(total) + ")";
+}
+
+void AddMemoryRecords(RRepository& repo, const std::vector<boost::json::value>& modules)
+{
+    const std::string label = MemoryLabel(modules.size());
+    for (const boost::json::value& module : modules) RCFCAddRecord(repo, "Memory", label, module, kMemoryFields);
 }
 
 // The names of the thermal document's redundancy groups whose set holds the fan.
@@ -211,10 +217,9 @@ void RCFCHardwareInventoryModule::WalkProcessors(Rest::RestSession& session, RRe
     const boost::json::value system = RCFCRedfish::FetchJson(session, SystemUrl(), 1);
     const std::string link = RCFCRedfish::LinkOf(system, "Processors");
     if (link == Rest::JSON_MISSING_TEXT) return;
-    RLOG(3) << "Processor/Core";
     // A BMC may page a long collection; every page is walked.
     Rest::WalkCollection(session, link, Rest::WalkExpanded, [&repo](const boost::json::value& member) {
-        AddRecord(repo, "Processor", member, kProcessorFields);
+        RCFCAddRecord(repo, "Processor", kProcessorLabel, member, kProcessorFields);
     });
 }
 
@@ -223,10 +228,17 @@ void RCFCHardwareInventoryModule::WalkMemory(Rest::RestSession& session, RReposi
     const boost::json::value system = RCFCRedfish::FetchJson(session, SystemUrl(), 1);
     const std::string link = RCFCRedfish::LinkOf(system, "Memory");
     if (link == Rest::JSON_MISSING_TEXT) return;
-    const std::size_t total = Rest::WalkCollection(
-        session, link, Rest::WalkExpanded,
-        [&repo](const boost::json::value& member) { AddRecord(repo, "Memory", member, kMemoryFields); });
-    RLOG(3) << "Memory(total " << total << ")";
+    // The table's title counts the modules of every page, so the records wait for the last page;
+    // those read before a failed page are still added.
+    std::vector<boost::json::value> modules;
+    try {
+        Rest::WalkCollection(session, link, Rest::WalkExpanded,
+                             [&modules](const boost::json::value& member) { modules.push_back(member); });
+    } catch (...) {
+        AddMemoryRecords(repo, modules);
+        throw;
+    }
+    AddMemoryRecords(repo, modules);
 }
 
 void RCFCHardwareInventoryModule::WalkFans(Rest::RestSession& session, RRepository& repo)
@@ -238,14 +250,8 @@ void RCFCHardwareInventoryModule::WalkFans(Rest::RestSession& session, RReposito
     const boost::json::array* fans = Rest::FindJsonArray(thermal, "/Fans");
     if (fans == nullptr) return;
     for (const boost::json::value& fan : *fans) {
-        RInstance instance("Fan", "Fan", -1);
-        for (std::size_t i = 0; i < RCFCFieldCount(kFanFields); ++i) {
-            const RCFCField& field = kFanFields[i];
-            const std::string value =
-                i == kFanRedundancyIndex ? FanRedundancy(thermal, fan) : RCFCRedfish::ReadField(fan, field, false);
-            instance.AddProperty(field.key, field.display, value);
-        }
-        instance.AddToRepository(repo);
+        const RCFCGivenValue redundancy = {"Redundancy", FanRedundancy(thermal, fan)};
+        RCFCAddRecord(repo, "Fan", "Fan", fan, kFanFields, false, &redundancy);
     }
 }
 
@@ -257,7 +263,7 @@ void RCFCHardwareInventoryModule::WalkPowerSupplies(Rest::RestSession& session, 
     const boost::json::value power = RCFCRedfish::FetchJson(session, link, 0);
     const boost::json::array* supplies = Rest::FindJsonArray(power, "/PowerSupplies");
     if (supplies == nullptr) return;
-    for (const boost::json::value& supply : *supplies) AddRecord(repo, "Power", supply, kPowerFields);
+    for (const boost::json::value& supply : *supplies) RCFCAddRecord(repo, "Power", "Power", supply, kPowerFields);
 }
 
 void RCFCHardwareInventoryModule::WalkSystemBoard(Rest::RestSession& session, RRepository& repo)
@@ -266,7 +272,7 @@ void RCFCHardwareInventoryModule::WalkSystemBoard(Rest::RestSession& session, RR
     if (!chassis.is_object()) return;
     const bool platformV2 =
         XModule::SystemCheck::FromLibraryFolder().IsCFCPlatformV2(repo.GetRestConnectionList().front());
-    AddRecord(repo, "SystemBoard", chassis, kSystemBoardFields, platformV2);
+    RCFCAddRecord(repo, "SystemBoard", "SystemBoard", chassis, kSystemBoardFields, platformV2);
 }
 
 void RCFCHardwareInventoryModule::WalkDrives(Rest::RestSession& session, RRepository& repo)
@@ -278,7 +284,7 @@ void RCFCHardwareInventoryModule::WalkDrives(Rest::RestSession& session, RReposi
         const std::string link = Rest::ReadJsonString(entry, "/@odata.id");
         if (link == Rest::JSON_MISSING_TEXT) continue;
         RLOG(3) << "Get drive info from url " << link;
-        AddRecord(repo, "Drive", RCFCRedfish::FetchJson(session, link, 0), kDriveFields);
+        RCFCAddRecord(repo, "Drive", "Drive", RCFCRedfish::FetchJson(session, link, 0), kDriveFields);
     }
 }
 

@@ -177,10 +177,23 @@ std::string RCFCRedfish::ReadField(const boost::json::value& member, const RCFCF
 }
 
 void RCFCRedfish::AddFields(RInstance& instance, const boost::json::value& member, const RCFCField* fields,
-                            std::size_t count, bool platformV2)
+                            std::size_t count, bool platformV2, const RCFCGivenValue* given)
 {
-    for (std::size_t i = 0; i < count; ++i)
-        instance.AddProperty(fields[i].key, fields[i].display, ReadField(member, fields[i], platformV2));
+    for (std::size_t i = 0; i < count; ++i) {
+        const bool isGiven = given != nullptr && given->key == fields[i].key;
+        instance.AddProperty(fields[i].key, fields[i].display,
+                             isGiven ? given->text : ReadField(member, fields[i], platformV2));
+    }
+}
+
+void RCFCRedfish::AddRecord(RRepository& repo, const std::string& type, const std::string& display,
+                            const boost::json::value& member, const RCFCField* fields, std::size_t count,
+                            bool platformV2, const RCFCGivenValue* given)
+{
+    if (!member.is_object()) return;
+    RInstance instance(type, display, -1);
+    AddFields(instance, member, fields, count, platformV2, given);
+    instance.AddToRepository(repo);
 }
 
 void RCFCRedfish::WrapTable(RInstancesWrapper& wrapper, const RCFCField* fields, std::size_t count)

@@ -50,6 +50,13 @@ struct RCFCField {
     RCFCBranch branch;
 };
 
+// A column whose text is given rather than read from the member: a fixed unit, or a value the
+// member's neighbours decide.
+struct RCFCGivenValue {
+    std::string key;
+    std::string text;
+};
+
 // The number of fields of a constant table.
 template <std::size_t N>
 std::size_t RCFCFieldCount(const RCFCField (&)[N])
@@ -76,7 +83,12 @@ public:
 
     static std::string ReadField(const boost::json::value& member, const RCFCField& field, bool platformV2);
     static void AddFields(RInstance& instance, const boost::json::value& member, const RCFCField* fields,
-                          std::size_t count, bool platformV2);
+                          std::size_t count, bool platformV2, const RCFCGivenValue* given = nullptr);
+    // A record of `type` titled `display`, read from `member` and added to the store; a member
+    // that is not an object gives none.
+    static void AddRecord(RRepository& repo, const std::string& type, const std::string& display,
+                          const boost::json::value& member, const RCFCField* fields, std::size_t count,
+                          bool platformV2 = false, const RCFCGivenValue* given = nullptr);
     // Row headers of the table's display names, the width split evenly.
     static void WrapTable(RInstancesWrapper& wrapper, const RCFCField* fields, std::size_t count);
     // A wrap callback that gives a type the row table of `fields`.
@@ -85,6 +97,15 @@ public:
     static std::string FormatCapacity(std::uint64_t bytes);
     static std::string FormatNumber(const boost::json::value& number);
 };
+
+// A record from one member by a constant table.
+template <std::size_t N>
+void RCFCAddRecord(RRepository& repo, const std::string& type, const std::string& display,
+                   const boost::json::value& member, const RCFCField (&fields)[N], bool platformV2 = false,
+                   const RCFCGivenValue* given = nullptr)
+{
+    RCFCRedfish::AddRecord(repo, type, display, member, fields, N, platformV2, given);
+}
 
 // The table form of a constant table.
 template <std::size_t N>

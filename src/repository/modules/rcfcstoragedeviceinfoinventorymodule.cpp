@@ -19,11 +19,14 @@ namespace repository {
 
 namespace {
 
+// As in the hardware tables, only block size and capable speed are read as numbers and the
+// capacity with its unit, and the two flags as booleans; any other key is read as text, a number
+// written in decimal.
 const RCFCField kControllerFields[] = {
     {"Name", "Name", KindText, AtTop},
     {"Model", "Model", KindText, AtTop},
     {"FirmwareVersion", "Firmware Version", KindText, AtTop},
-    {"SpeedGbps", "Speed Gbps", KindNumber, AtTop},
+    {"SpeedGbps", "Speed Gbps", KindScalar, AtTop},
     {"Manufacturer", "Manufacturer", KindText, AtTop},
     {"SerialNumber", "Serial Number", KindText, AtTop},
 };
@@ -32,7 +35,7 @@ const RCFCField kRaidControllerFields[] = {
     {"Name", "Name", KindText, AtTop},
     {"Model", "Model", KindText, AtTop},
     {"FirmwareVersion", "Firmware Version", KindText, AtTop},
-    {"SpeedGbps", "Speed Gbps", KindNumber, AtTop},
+    {"SpeedGbps", "Speed Gbps", KindScalar, AtTop},
     {"Manufacturer", "Manufacturer", KindText, AtTop},
     {"SerialNumber", "Serial Number", KindText, AtTop},
     {"Health", "Health", KindText, UnderStatus},
@@ -52,17 +55,17 @@ const RCFCField kDiskFields[] = {
     {"MediaType", "MediaType", KindText, AtTop},
     {"SerialNumber", "Serial Number", KindText, AtTop},
     {"FailurePredicted", "Failure Predicted", KindFlag, AtTop},
-    {"NegotiatedSpeedGbs", "Negotiated Speed(Gbs)", KindNumber, AtTop},
+    {"NegotiatedSpeedGbs", "Negotiated Speed(Gbs)", KindScalar, AtTop},
     {"Slot", "Slot", KindScalar, AtTop},
-    {"Temperature", "Temperature", KindNumber, AtTop},
+    {"Temperature", "Temperature", KindScalar, AtTop},
     {"Revision", "Revision", KindText, AtTop},
     {"HotspareType", "Hotspare Type", KindText, AtTop},
     {"Health", "Health", KindText, UnderStatus},
     {"State", "State", KindText, UnderStatus},
     {"FDECapable", "FDECapable", KindFlag, AtTop},
-    {"MediaErrorCount", "Media Error Count", KindNumber, AtTop},
-    {"OtherErrorCount", "Other Error Count", KindNumber, AtTop},
-    {"PreFailCount", "PreFail Count", KindNumber, AtTop},
+    {"MediaErrorCount", "Media Error Count", KindScalar, AtTop},
+    {"OtherErrorCount", "Other Error Count", KindScalar, AtTop},
+    {"PreFailCount", "PreFail Count", KindScalar, AtTop},
 };
 
 const RCFCField kVolumeFields[] = {
@@ -70,7 +73,7 @@ const RCFCField kVolumeFields[] = {
     {"Name", "Name", KindText, AtTop},
     {"CapacityBytes", "Capacity", KindCapacity, AtTop},
     {"VolumeRaidLevel", "Volume Raid Level", KindText, AtTop},
-    {"OptimumIOSizeBytes", "OptimumIO Size Bytes", KindNumber, AtTop},
+    {"OptimumIOSizeBytes", "OptimumIO Size Bytes", KindScalar, AtTop},
     {"VolumeType", "Volume Type", KindText, AtTop},
     {"Health", "Health", KindText, UnderStatus},
     {"State", "State", KindText, UnderStatus},
@@ -103,15 +106,6 @@ bool HoldsStorageUnit(const boost::json::value& member)
 void LogReadFailure(const std::string& function, const std::string& suffix)
 {
     RLOG(1) << kFailurePrefix << function << suffix;
-}
-
-template <std::size_t N>
-void AddRow(RRepository& repo, const std::string& type, const std::string& title, const boost::json::value& member,
-            const RCFCField (&fields)[N])
-{
-    RInstance instance(type, title, -1);
-    RCFCRedfish::AddFields(instance, member, fields, N, false);
-    instance.AddToRepository(repo);
 }
 
 }  // namespace
@@ -359,7 +353,7 @@ void RCFCStorageDeviceInfoInventoryModule::GetRaidInfo(RRepository& repo, Storag
             return;
         }
         for (const boost::json::value& controller : *controllers)
-            AddRow(repo, "RaidStorageDevice", "Storage Device", controller, kRaidControllerFields);
+            RCFCAddRecord(repo, "RaidStorageDevice", "Storage Device", controller, kRaidControllerFields);
         return;
     }
     if (part == RaidDisks) {
@@ -370,7 +364,7 @@ void RCFCStorageDeviceInfoInventoryModule::GetRaidInfo(RRepository& repo, Storag
             if (url == Rest::JSON_MISSING_TEXT) continue;
             boost::json::value drive;
             if (!FetchMember(storage, url, "GetRaidInfo", " 1", drive)) return;
-            AddRow(repo, "DiskDevice", "Disk Device", drive, kDiskFields);
+            RCFCAddRecord(repo, "DiskDevice", "Disk Device", drive, kDiskFields);
         }
         return;
     }
@@ -386,7 +380,7 @@ void RCFCStorageDeviceInfoInventoryModule::GetStorageUnitInfo(RRepository& repo,
         return;
     }
     for (const boost::json::value& controller : *controllers)
-        AddRow(repo, "StorageDevice", "Storage Device", controller, kControllerFields);
+        RCFCAddRecord(repo, "StorageDevice", "Storage Device", controller, kControllerFields);
 }
 
 void RCFCStorageDeviceInfoInventoryModule::GetStorageUnitDiskInfo(RRepository& repo, StorageClient& storage,
@@ -399,7 +393,7 @@ void RCFCStorageDeviceInfoInventoryModule::GetStorageUnitDiskInfo(RRepository& r
 void RCFCStorageDeviceInfoInventoryModule::GetStorageUnitVolumeInfo(RRepository& repo, StorageClient& storage,
                                                                     const boost::json::value& member)
 {
-    AddLinkedMembers(repo, storage, member, "Volumes", "EnumStorageUnitVolumeDeviceInstances", " 1",
+    AddLinkedMembers(repo, storage, member, "Volumes", "EnumStorageUnitVolumeDeviceInstances", "",
                      LinkedRows{"StorageUnitVolume", "Volume", kVolumeFields, RCFCFieldCount(kVolumeFields)});
 }
 
@@ -415,11 +409,8 @@ void RCFCStorageDeviceInfoInventoryModule::AddLinkedMembers(RRepository& repo, S
     AppendLaterPages(storage, collection, function, suffix);
     const boost::json::array* entries = Rest::FindJsonArray(collection, "/Members");
     if (entries == nullptr) return;
-    for (const boost::json::value& entry : *entries) {
-        RInstance instance(rows.type, rows.title, -1);
-        RCFCRedfish::AddFields(instance, entry, rows.fields, rows.count, false);
-        instance.AddToRepository(repo);
-    }
+    for (const boost::json::value& entry : *entries)
+        RCFCRedfish::AddRecord(repo, rows.type, rows.title, entry, rows.fields, rows.count);
 }
 
 void RCFCStorageDeviceInfoInventoryModule::WrapRawData(RInstancesWrapper& wrapper)
