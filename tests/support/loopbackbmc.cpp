@@ -199,6 +199,8 @@ void LoopbackBmcPrivate::AcceptLoop()
         std::lock_guard<std::mutex> lock(mutex);
         if (ec || stopping)
             return;
+        // TLS writes a record in pieces; without this each answer waits out the peer's delayed ACK.
+        socket->set_option(tcp::no_delay(true), ec);
         sockets.push_back(socket);
         ++activeConnections;
         std::thread(&LoopbackBmcPrivate::ServeConnection, this, socket).detach();
