@@ -220,46 +220,6 @@ TEST(RInstancesWrapperTest, ProcessorChunksKeepTheirWidth)
     EXPECT_NE(std::string::npos, body.find("<td width=\"0%\">CPU 2</td>"));
 }
 
-TEST(RInstancesWrapperTest, ChildrenFollowTheirParentIndented)
-{
-    Records adapters;
-    for (int id = 1; id <= 2; ++id)
-        adapters.Add("PCIAdapter", "Adapters", id).AddProperty("Name", "Name", "nic" + std::to_string(id), false);
-    Records ports;
-    for (const char* port : {"p1", "p2"}) {
-        RInstance& record = ports.Add("PCIPort", "Ports", -1);
-        record.AddProperty("Port", "Port", std::string(port), false);
-        record.AddReference("PCIAdapter", 1);
-    }
-    TempDir dir;
-    RInstancesWrapper wrapper("PCIAdapter", adapters.All(), RowForm({100}, false));
-    wrapper.AddReferenceData(RInstancesWrapper("PCIPort", ports.All(), RowForm({100}, false)));
-    LogCapture capture;
-    EXPECT_EQ(
-        "<div class=\"tabletitle\">Adapters</div>\n"
-        "<table width=\"100%\" class=\"rowtable\">\n"
-        "<tr>\n<th width=\"100%\">Name</th>\n</tr>\n"
-        "<tr class=\"bg0\">\n<td>nic1</td>\n</tr>\n"
-        "</table>\n"
-        "<div class=\"indentmargin\">\n"
-        "<div class=\"tabletitle\">Ports</div>\n"
-        "<table width=\"100%\" class=\"rowtable\">\n"
-        "<tr>\n<th width=\"100%\">Port</th>\n</tr>\n"
-        "<tr class=\"bg0\">\n<td>p1</td>\n</tr>\n"
-        "<tr class=\"bg1\">\n<td>p2</td>\n</tr>\n"
-        "</table>\n"
-        "</div>\n"
-        "<div class=\"tabletitle\">Adapters</div>\n"
-        "<table width=\"100%\" class=\"rowtable\">\n"
-        "<tr>\n<th width=\"100%\">Name</th>\n</tr>\n"
-        "<tr class=\"bg0\">\n<td>nic2</td>\n</tr>\n"
-        "</table>\n"
-        "<div class=\"indentmargin\">\n"
-        "</div>\n",
-        WrittenBody(dir, wrapper));
-    EXPECT_TRUE(capture.Has(2, "[repo] Data is empty for type: PCIPort"));
-}
-
 TEST(RInstancesWrapperTest, EventRowsGetSeverityIcons)
 {
     Records records;
@@ -276,35 +236,6 @@ TEST(RInstancesWrapperTest, EventRowsGetSeverityIcons)
               body.find("<tr class=\"bg0\">\n<td><img src=\"data/i.gif\"></td>\n<td>Information</td>\n<td>m</td>\n</tr>\n"))
         << body;
     EXPECT_NE(std::string::npos, body.find("<tr class=\"bg1\">\n<td>Critical</td>\n<td>m</td>\n</tr>\n")) << body;
-}
-
-TEST(RInstancesWrapperTest, RawValuesGoToFilesByTypeKind)
-{
-    Records records;
-    RInstance& raw = records.Add("NetworkRawData", "Network Raw Data", -1);
-    raw.AddProperty("RawData", "Raw Data", std::string("line one\nline two"), false);
-    raw.AddPropertyAttr("RawData", "raw");
-    raw.AddProperty("Filename", "File", std::string("nic0"), false);
-    RInstance& other = records.Add("NetworkRawData", "Network Raw Data", -1);
-    other.AddProperty("RawData", "Raw Data", std::string("x"), false);
-    other.AddPropertyAttr("RawData", "raw");
-    other.AddProperty("Filename", "File", std::string("nic1.log"), false);
-    TempDir dir;
-    LogCapture capture;
-    const RInstancesWrapper wrapper("NetworkRawData", records.All(), RowForm({80, 20}, false));
-    const std::string body = WrittenBody(dir, wrapper);
-    EXPECT_EQ("line one\nline two", dir.Read("nic0.txt"));
-    EXPECT_NE(std::string::npos, body.find("<td>\n<pre>\n<a href='nic0.txt' target='_blank'>nic0.txt</a>\n</pre>\n</td>"))
-        << body;
-    EXPECT_NE(std::string::npos, body.find("<td>\n<pre>\nnic1.log\n</pre>\n</td>")) << body;
-    EXPECT_TRUE(capture.Has(3, "[repo] For RawData, to write the value: line one\nline two..."));
-
-    Records plain;
-    RInstance& note = plain.Add("Note", "Notes", -1);
-    note.AddProperty("Text", "Text", std::string("pre text"), false);
-    note.AddPropertyAttr("Text", "raw");
-    const RInstancesWrapper notes("Note", plain.All(), RowForm({100}, false));
-    EXPECT_NE(std::string::npos, WrittenBody(dir, notes).find("<td>\n<pre>\npre text\n</pre>\n</td>"));
 }
 
 TEST(RInstancesWrapperTest, NothingToWriteGivesFalse)
@@ -358,6 +289,12 @@ TEST(RInstancesWrapperTest, RawCellsFollowTheFirstRuleTheTypeNameMatches)
         const char* file;  // written beside the page; null: none
         std::string logged;  // level 3 line; empty: none of the rules logged
     } cases[] = {
+        {"NetworkRawData", "RawData", "", "nic0", "line one\nline two", PreLink("nic0.txt", "nic0.txt"), "nic0.txt",
+         "For RawData, to write the value: line one\nline two..."},
+        // A file name with an extension is shown as it is, nothing written.
+        {"NetworkRawData", "RawData", "", "nic1.log", "x", "\n<pre>\nnic1.log\n</pre>\n", nullptr,
+         "For RawData, to write the value: x..."},
+        {"Note", "Text", "", "x", "pre text", "\n<pre>\npre text\n</pre>\n", nullptr, ""},
         {"GraphicsInfo", "RawData", "", "ignored", longValue, PreLink("GraphicsInfo.txt", "GraphicsInfo.txt"),
          "GraphicsInfo.txt", "For Graphics, to write the value: " + std::string(80, 'g') + "..."},
         {"PmemRawdata", "RawData", "", "dimm0.log", "p", PreLink("dimm0.log.txt", "dimm0.log.txt"), "dimm0.log.txt",
@@ -428,15 +365,18 @@ TEST(RInstancesWrapperTest, ReferenceDataNestsOneIndentPerLevel)
         port.AddReference("PCIAdapter", 1);
     }
     Records lanes;
-    RInstance& lane = lanes.Add("PCILane", "Lanes", -1);
-    lane.AddProperty("Lane", "Lane", std::string("l0"), false);
-    lane.AddReference("PCIPort", 7);
+    for (const char* name : {"l0", "l1"}) {
+        RInstance& lane = lanes.Add("PCILane", "Lanes", -1);
+        lane.AddProperty("Lane", "Lane", std::string(name), false);
+        lane.AddReference("PCIPort", 7);
+    }
 
     RInstancesWrapper portWrapper("PCIPort", ports.All(), RowForm({100}, false));
     portWrapper.AddReferenceData(RInstancesWrapper("PCILane", lanes.All(), RowForm({100}, false)));
     RInstancesWrapper wrapper("PCIAdapter", adapters.All(), RowForm({100}, false));
     wrapper.AddReferenceData(portWrapper);
     TempDir dir;
+    LogCapture capture;
     EXPECT_EQ(
         "<div class=\"tabletitle\">Adapters</div>\n"
         "<table width=\"100%\" class=\"rowtable\">\n<tr>\n<th width=\"100%\">Name</th>\n</tr>\n"
@@ -448,7 +388,8 @@ TEST(RInstancesWrapperTest, ReferenceDataNestsOneIndentPerLevel)
         "<div class=\"indentmargin\">\n"
         "<div class=\"tabletitle\">Lanes</div>\n"
         "<table width=\"100%\" class=\"rowtable\">\n<tr>\n<th width=\"100%\">Lane</th>\n</tr>\n"
-        "<tr class=\"bg0\">\n<td>l0</td>\n</tr>\n</table>\n"
+        "<tr class=\"bg0\">\n<td>l0</td>\n</tr>\n"
+        "<tr class=\"bg1\">\n<td>l1</td>\n</tr>\n</table>\n"
         "</div>\n"
         "<div class=\"tabletitle\">Ports</div>\n"
         "<table width=\"100%\" class=\"rowtable\">\n<tr>\n<th width=\"100%\">Port</th>\n</tr>\n"
@@ -457,6 +398,7 @@ TEST(RInstancesWrapperTest, ReferenceDataNestsOneIndentPerLevel)
         "</div>\n"
         "</div>\n",
         WrittenBody(dir, wrapper));
+    EXPECT_TRUE(capture.Has(2, "[repo] Data is empty for type: PCILane"));
 }
 
 TEST(RInstancesWrapperTest, BBCodeWinsOverRawInBothForms)
