@@ -9,7 +9,6 @@
 
 #include "kestro/xmodule/log.h"
 #include "rest/redfishsettings.h"
-#include "rest/retrypolicy.h"
 #include "support/logcapture.h"
 #include "support/loopbackbmc.h"
 #include "support/tempdir.h"
@@ -211,18 +210,6 @@ TEST_F(RedfishClientTest, SettersReachTheInnerClient)
     EXPECT_EQ(0, bmc.RequestCount());
 }
 
-TEST_F(RedfishClientTest, ADefaultClientPausesFiveSecondsBetweenTries)
-{
-    ASSERT_GT(Rest::GetRedfishSettings().startupWaitMs, 0u);
-    EXPECT_EQ(5000u, Rest::RetryPolicy::FromSettings().intervalMs);
-    RedfishClient untouched;
-    bmc.FailFirst(1);
-    const std::chrono::steady_clock::time_point start = std::chrono::steady_clock::now();
-    EXPECT_EQ(200, untouched.Get(bmc.Url("/redfish/v1")).httpCode);
-    EXPECT_GE(MillisecondsSince(start), 5000);
-    EXPECT_EQ(2, bmc.RequestCount());
-}
-
 TEST(RedfishSettingsTest, SettingsComeFromGlobalConfigWithDefaults)
 {
     TempDir home;
@@ -266,8 +253,8 @@ TEST(RedfishSettingsTest, EveryClientOfAProcessTakesTheConfiguredWaitAndActionTi
     TempDir home;
     ScopedEnv env("KESTRO_HOME", home.Path());
 
-    // One try, one pause of 5 s, and the second try is past the 1 s wait; the 1 s action
-    // time-out replaces the 600 s one.
+    // A client built with defaults: one try, one pause of 5 s, and the second try is past the
+    // 1 s wait; the 1 s action time-out replaces the 600 s one.
     home.Write("global.config", "REDFISH_STARTUP_WAIT_TIME=1\nREST_ACTION_TIMEOUT=1\n");
     EXPECT_EXIT(ReportConfiguredClient(), ::testing::ExitedWithCode(0), "503 after 2 tries, paused; curlCode 28");
 

@@ -38,10 +38,14 @@ const char kCategories[] =
     "</category>"
     "</report>";
 
-void PrepareHome(const FixtureHost& host)
+// Fills the host's data folder and gives an empty site folder beside it.
+std::string PrepareHome(const FixtureHost& host)
 {
     host.Dir().Write("data/reportcategory_rhel.xml", kCategories);
     for (const char* file : kDataFiles) host.Dir().Write(std::string("data/") + file, file);
+    const std::string site = host.Dir().Path() + "/site";
+    boost::filesystem::create_directory(site);
+    return site;
 }
 
 bool Exists(const std::string& path) { return boost::filesystem::exists(path); }
@@ -51,11 +55,8 @@ bool Exists(const std::string& path) { return boost::filesystem::exists(path); }
 TEST(RReportSiteTest, NavigatorFollowsTheGroupDecisionTable)
 {
     FixtureHost host("ID=rhel\n");
-    PrepareHome(host);
-    const std::string site = host.Dir().Path() + "/site";
-    boost::filesystem::create_directory(site);
+    const std::string site = PrepareHome(host);
     RRepository repo(ConnectLocal);
-    repo.SetProductName("SR650");
     repo.SetDataSource("kestro", "1", "4.4.1");
     LogCapture capture;
     ASSERT_TRUE(repo.WriteHTML(site));
@@ -85,21 +86,13 @@ TEST(RReportSiteTest, NavigatorFollowsTheGroupDecisionTable)
     EXPECT_NE(std::string::npos, host.Dir().Read("site/system_overview.html").find("<td>kestro</td>"));
     EXPECT_EQ(std::string::npos, host.Dir().Read("site/filtered.html").find("<table"));
 
-    EXPECT_NE(std::string::npos, host.Dir().Read("site/index.html").find(
-                                     "<title>Orvena Quantrel Essentials  SR650</title>\n"));
-    EXPECT_NE(std::string::npos, host.Dir().Read("site/index.html").find(
-                                     "    <frame name=\"content_frame\" src=\"system_overview.html\">\n"));
-    EXPECT_NE(std::string::npos, host.Dir().Read("site/header.html").find(
-                                     "<td class=\"title\">Orvena Quantrel Essentials  SR650</td>\n"));
     for (const char* file : kDataFiles) EXPECT_EQ(file, host.Dir().Read(std::string("site/data/") + file));
 }
 
 TEST(RReportSiteTest, DataFolderIsKeptAndFailuresAreReported)
 {
     FixtureHost host("ID=rhel\n");
-    PrepareHome(host);
-    const std::string site = host.Dir().Path() + "/site";
-    boost::filesystem::create_directory(site);
+    const std::string site = PrepareHome(host);
     RRepository repo(ConnectLocal);
     ASSERT_TRUE(repo.WriteHTML(site));
     boost::filesystem::remove(site + "/data/repository.css");
@@ -189,7 +182,7 @@ std::string Table(const std::string& title, const std::string& cell)
 TEST(RReportSiteTest, ChildTypesShowOnlyUnderTheirParents)
 {
     FixtureHost host("ID=rhel\n");
-    PrepareHome(host);
+    const std::string site = PrepareHome(host);
     host.Dir().Write("data/reportcategory_rhel.xml",
                      "<report><category><name>main</name><display>Main</display>"
                      "<group><name>adapters</name><display>Adapters</display>"
@@ -205,8 +198,6 @@ TEST(RReportSiteTest, ChildTypesShowOnlyUnderTheirParents)
     RRepositoryPrivate repo(nullptr, ConnectLocal);
     ASSERT_TRUE(repo.ReadXML(host.Dir().Path() + "/tree.xml", ""));
     repo.modules.push_back(boost::make_shared<TreeModule>());
-    const std::string site = host.Dir().Path() + "/site";
-    boost::filesystem::create_directory(site);
     LogCapture capture;
     ASSERT_TRUE(repo.WriteHTML(site));
 
@@ -231,7 +222,7 @@ TEST(RReportSiteTest, ChildTypesShowOnlyUnderTheirParents)
 TEST(RReportSiteTest, ComparedFilesShowOldAndNewValues)
 {
     FixtureHost host("ID=rhel\n");
-    PrepareHome(host);
+    const std::string site = PrepareHome(host);
     RRepository first(ConnectLocal);
     first.SetDataSource("kestro", "1", "4.4.1");
     ASSERT_TRUE(first.WriteXML("old.xml", host.Dir().Path()));
@@ -243,8 +234,6 @@ TEST(RReportSiteTest, ComparedFilesShowOldAndNewValues)
     ASSERT_TRUE(compared.ReadXML(host.Dir().Path() + "/old.xml", host.Dir().Path() + "/new.xml"));
     compared.InitDepModules();
     ASSERT_TRUE(compared.LoadCategories());
-    const std::string site = host.Dir().Path() + "/site";
-    boost::filesystem::create_directory(site);
     ASSERT_TRUE(compared.WriteHTML(site));
     const std::string page = host.Dir().Read("site/system_overview.html");
     EXPECT_NE(std::string::npos, page.find("<td>kestro</td>\n")) << page;
@@ -256,10 +245,8 @@ TEST(RReportSiteTest, ComparedFilesShowOldAndNewValues)
 TEST(RReportSiteTest, FramePageAndBannerAreWrittenWholeAndTheDataCopyLogged)
 {
     FixtureHost host("ID=rhel\n");
-    PrepareHome(host);
+    const std::string site = PrepareHome(host);
     boost::filesystem::remove(host.Dir().Path() + "/data/e.gif");
-    const std::string site = host.Dir().Path() + "/site";
-    boost::filesystem::create_directory(site);
     RRepository repo(ConnectLocal);
     repo.SetProductName("SR650 V3");
     LogCapture capture;
