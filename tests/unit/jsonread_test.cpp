@@ -11,11 +11,9 @@
 #include "repository/modules/rcfcredfish.h"
 #include "rest/restsession.h"
 #include "support/logcapture.h"
-#include "support/loopbackbmc.h"
+#include "support/minimalbmc.h"
 
 namespace {
-
-const std::string MINIMAL_TREE = std::string(KESTRO_TEST_FIXTURES) + "/bmc/minimal";
 
 const char* const DOCUMENT = R"({
   "Name": "Chassis",
@@ -39,14 +37,8 @@ struct Visits {
 
 class CollectionWalkTest : public ::testing::Test {
 protected:
-    CollectionWalkTest() : bmc(Options()), session(Start(bmc)) {}
+    CollectionWalkTest() : bmc(MinimalBmcOptions()), session(Start(bmc)) {}
 
-    static LoopbackBmc::Options Options()
-    {
-        LoopbackBmc::Options options;
-        options.fixtureRoot = MINIMAL_TREE;
-        return options;
-    }
     static Rest::RestSession Start(LoopbackBmc& server)
     {
         server.Start();
@@ -149,9 +141,7 @@ TEST(JsonReadTest, ANumberTheWantedTypeCannotHoldIsAnAssignFailure)
 
 TEST(JsonReadTest, AnAssignFailureReachesTheModulesJsonHandler)
 {
-    LoopbackBmc::Options options;
-    options.fixtureRoot = MINIMAL_TREE;
-    LoopbackBmc bmc(options);
+    LoopbackBmc bmc(MinimalBmcOptions());
     bmc.Start();
     bmc.SetDocument("/redfish/v1/Systems/1/Memory/1", R"({"Id": "1", "CapacityMiB": -16384})");
     XModule::ConnectionInfo connection;

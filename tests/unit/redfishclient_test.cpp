@@ -10,7 +10,7 @@
 #include "kestro/xmodule/log.h"
 #include "rest/redfishsettings.h"
 #include "support/logcapture.h"
-#include "support/loopbackbmc.h"
+#include "support/minimalbmc.h"
 #include "support/tempdir.h"
 
 using Rest::RedfishClient;
@@ -18,15 +18,7 @@ using Rest::RestResult;
 
 namespace {
 
-const std::string MINIMAL_TREE = std::string(KESTRO_TEST_FIXTURES) + "/bmc/minimal";
 const char* const REFUSAL_LINE = "[repo] curlCode: 0 | httpCode: 503 | body: {\"error\":\"service is starting\"}";
-
-LoopbackBmc::Options TreeOptions()
-{
-    LoopbackBmc::Options options;
-    options.fixtureRoot = MINIMAL_TREE;
-    return options;
-}
 
 long long MillisecondsSince(std::chrono::steady_clock::time_point start)
 {
@@ -37,7 +29,7 @@ long long MillisecondsSince(std::chrono::steady_clock::time_point start)
 // facing a BMC that answers 503 for ever, then a 600 s time-out against 2.5 s answers.
 void ReportConfiguredClient()
 {
-    LoopbackBmc bmc(TreeOptions());
+    LoopbackBmc bmc(MinimalBmcOptions());
     bmc.Start();
     bmc.FailFirst(1000);
     RedfishClient client;
@@ -57,7 +49,7 @@ void ReportConfiguredClient()
 // Also in a child process: a time-out of `seconds` against answers that take 1.5 s.
 void ReportTimeout(int seconds)
 {
-    LoopbackBmc bmc(TreeOptions());
+    LoopbackBmc bmc(MinimalBmcOptions());
     bmc.Start();
     bmc.SetLatency(1500);
     RedfishClient client;
@@ -68,7 +60,7 @@ void ReportTimeout(int seconds)
 
 class RedfishClientTest : public ::testing::Test {
 protected:
-    RedfishClientTest() : bmc(TreeOptions()) { bmc.Start(); }
+    RedfishClientTest() : bmc(MinimalBmcOptions()) { bmc.Start(); }
 
     LoopbackBmc bmc;
     RedfishClient client;
@@ -175,7 +167,7 @@ TEST_F(RedfishClientTest, RequestIsForwardedWithoutRetry)
 
 TEST_F(RedfishClientTest, SettersReachTheInnerClient)
 {
-    LoopbackBmc::Options options = TreeOptions();
+    LoopbackBmc::Options options = MinimalBmcOptions();
     options.user = "admin";
     options.password = "pw";
     LoopbackBmc guarded(options);
@@ -198,7 +190,7 @@ TEST_F(RedfishClientTest, SettersReachTheInnerClient)
     EXPECT_EQ(0u, guarded.LastRequest().headers.count("expect"));
 
     // The proxy answers the tunnelled request itself.
-    LoopbackBmc::Options proxyOptions = TreeOptions();
+    LoopbackBmc::Options proxyOptions = MinimalBmcOptions();
     proxyOptions.proxyUser = "proxy";
     proxyOptions.proxyPassword = "secret";
     LoopbackBmc proxy(proxyOptions);

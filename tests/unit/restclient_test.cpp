@@ -1,7 +1,6 @@
 #include "kestro/rest/restclient.h"
 
 #include <cstdio>
-#include <fstream>
 #include <sstream>
 
 #include <boost/bind/bind.hpp>
@@ -9,23 +8,13 @@
 #include <gtest/gtest.h>
 
 #include "kestro/rest/restdatapart.h"
-#include "support/loopbackbmc.h"
+#include "support/minimalbmc.h"
 #include "support/tempdir.h"
 
 using Rest::RestClient;
 using Rest::RestResult;
 
 namespace {
-
-const std::string MINIMAL_TREE = std::string(KESTRO_TEST_FIXTURES) + "/bmc/minimal";
-
-std::string ReadFixture(const std::string& path)
-{
-    std::ifstream in((MINIMAL_TREE + path + "/index.json").c_str(), std::ios::binary);
-    std::ostringstream text;
-    text << in.rdbuf();
-    return text.str();
-}
 
 std::string Pattern(std::size_t size)
 {
@@ -35,16 +24,9 @@ std::string Pattern(std::size_t size)
     return text;
 }
 
-LoopbackBmc::Options TreeOptions()
-{
-    LoopbackBmc::Options options;
-    options.fixtureRoot = MINIMAL_TREE;
-    return options;
-}
-
 class RestClientTest : public ::testing::Test {
 protected:
-    RestClientTest() : bmc(TreeOptions()) { bmc.Start(); }
+    RestClientTest() : bmc(MinimalBmcOptions()) { bmc.Start(); }
 
     LoopbackBmc bmc;
     RestClient client;
@@ -62,7 +44,7 @@ TEST_F(RestClientTest, GetReturnsBodyStatusHeadersAndSendsTheFixedUserAgent)
     const RestResult result = client.Get(bmc.Url("/redfish/v1"));
     EXPECT_EQ(0, result.curlCode);
     EXPECT_EQ(200, result.httpCode);
-    EXPECT_EQ(ReadFixture("/redfish/v1"), result.body);
+    EXPECT_EQ(MinimalBmcDocument("/redfish/v1"), result.body);
     EXPECT_EQ("present", result.headers.at("HTTP/1.1 200 OK"));
     EXPECT_EQ("application/json", result.headers.at("Content-Type"));
     EXPECT_EQ(0u, result.headers.count(""));
@@ -110,7 +92,7 @@ TEST_F(RestClientTest, RequestDispatchesByTypeAndRefusesDeleteAndUnknownTypes)
             EXPECT_EQ("GET, HEAD, POST, PUT, PATCH, DELETE, OPTIONS", result.headers.at("Allow"));
         }
         // The GET after the others shows that no verb's method leaks into the next request.
-        if (c.type == Rest::RequestGet) { EXPECT_EQ(ReadFixture("/redfish/v1"), result.body); }
+        if (c.type == Rest::RequestGet) { EXPECT_EQ(MinimalBmcDocument("/redfish/v1"), result.body); }
     }
     EXPECT_EQ(6, bmc.RequestCount());
 
@@ -160,7 +142,7 @@ TEST_F(RestClientTest, OutputFileTakesTheBodyInsteadOfTheResult)
     std::fclose(file);
     EXPECT_EQ(200, result.httpCode);
     EXPECT_EQ("", result.body);
-    EXPECT_EQ(ReadFixture("/redfish/v1/Systems/2"), dir.Read("body.json"));
+    EXPECT_EQ(MinimalBmcDocument("/redfish/v1/Systems/2"), dir.Read("body.json"));
 }
 
 TEST_F(RestClientTest, HeadersGoOutInKeyOrderAndComeBackTrimmed)
@@ -206,7 +188,7 @@ TEST_F(RestClientTest, SuppressExpectDropsTheContinueHandshake)
 
 TEST_F(RestClientTest, CredentialsGoWithEveryRequestOnlyWhenAUserIsSet)
 {
-    LoopbackBmc::Options options = TreeOptions();
+    LoopbackBmc::Options options = MinimalBmcOptions();
     options.user = "admin";
     options.password = "";
     LoopbackBmc guarded(options);
@@ -225,7 +207,7 @@ TEST_F(RestClientTest, CredentialsGoWithEveryRequestOnlyWhenAUserIsSet)
 
 TEST_F(RestClientTest, RedirectsAreFollowedOnlyWhenAskedAndCarryTheCredentials)
 {
-    LoopbackBmc::Options options = TreeOptions();
+    LoopbackBmc::Options options = MinimalBmcOptions();
     options.user = "root";
     options.password = "calvin";
     LoopbackBmc target(options);
@@ -241,7 +223,7 @@ TEST_F(RestClientTest, RedirectsAreFollowedOnlyWhenAskedAndCarryTheCredentials)
     client.SetFollowRedirects(true, -1);
     result = client.Get(bmc.Url("/redfish/v1/Systems"));
     EXPECT_EQ(200, result.httpCode);
-    EXPECT_EQ(boost::json::parse(ReadFixture("/redfish/v1/Systems")), boost::json::parse(result.body));
+    EXPECT_EQ(boost::json::parse(MinimalBmcDocument("/redfish/v1/Systems")), boost::json::parse(result.body));
     EXPECT_EQ("calvin", target.LastRequest().password);
 
     client.SetFollowRedirects(true, 0);
@@ -300,7 +282,7 @@ TEST_F(RestClientTest, GzipIsAskedForOnlyWhenEnabled)
     result = client.Get(bmc.Url("/redfish/v1/Chassis/1"));
     EXPECT_EQ("gzip", bmc.LastRequest().headers["accept-encoding"]);
     EXPECT_EQ("gzip", result.headers["Content-Encoding"]);
-    EXPECT_EQ(ReadFixture("/redfish/v1/Chassis/1"), result.body);
+    EXPECT_EQ(MinimalBmcDocument("/redfish/v1/Chassis/1"), result.body);
 }
 
 TEST_F(RestClientTest, CookiesOfTheAnswerAreListed)
@@ -345,7 +327,7 @@ TEST_F(RestClientTest, MultipartPostsEveryPartAndReportsProgress)
 TEST_F(RestClientTest, ProxyUrlsGainAnHttpSchemeUnlessTheyHaveOne)
 {
     // The proxy answers the tunnelled requests itself, from the same tree.
-    LoopbackBmc::Options options = TreeOptions();
+    LoopbackBmc::Options options = MinimalBmcOptions();
     options.proxyUser = "proxy";
     options.proxyPassword = "p%41ss word";
     LoopbackBmc proxy(options);
@@ -358,7 +340,7 @@ TEST_F(RestClientTest, ProxyUrlsGainAnHttpSchemeUnlessTheyHaveOne)
     plain.SetProxy(hostAndPort, "proxy", "p%41ss word");
     RestResult result = plain.Get(bmc.Url("/redfish/v1/Systems/1"));
     EXPECT_EQ(200, result.httpCode);
-    EXPECT_EQ(ReadFixture("/redfish/v1/Systems/1"), result.body);
+    EXPECT_EQ(MinimalBmcDocument("/redfish/v1/Systems/1"), result.body);
     ASSERT_EQ(2, proxy.RequestCount()) << result.body;
     const std::vector<LoopbackBmc::Request> seen = proxy.Requests();
     EXPECT_EQ("CONNECT", seen[0].method);
@@ -424,7 +406,7 @@ TEST(RestClientTlsTest, CertificatesAreCheckedUnlessInsecureAndACaFileWins)
 {
     if (!LoopbackBmc::CanBind("127.0.0.1"))
         GTEST_SKIP() << "no loopback";
-    LoopbackBmc::Options options = TreeOptions();
+    LoopbackBmc::Options options = MinimalBmcOptions();
     options.https = true;
     LoopbackBmc bmc(options);
     bmc.Start();
@@ -453,14 +435,14 @@ TEST(RestClientTlsTest, CertificatesAreCheckedUnlessInsecureAndACaFileWins)
     client.SetCaFile(ownCa);
     result = client.Get(url);
     EXPECT_EQ(200, result.httpCode) << result.body;
-    EXPECT_EQ(ReadFixture("/redfish/v1"), result.body);
+    EXPECT_EQ(MinimalBmcDocument("/redfish/v1"), result.body);
 }
 
 TEST(RestClientIpv6Test, ReachesAServerOnTheIpv6Loopback)
 {
     if (!LoopbackBmc::CanBind("::1"))
         GTEST_SKIP() << "IPv6 loopback unavailable";
-    LoopbackBmc::Options options = TreeOptions();
+    LoopbackBmc::Options options = MinimalBmcOptions();
     options.address = "::1";
     LoopbackBmc bmc(options);
     bmc.Start();
@@ -468,5 +450,5 @@ TEST(RestClientIpv6Test, ReachesAServerOnTheIpv6Loopback)
     RestClient client;
     const RestResult result = client.Get(bmc.Url("/redfish/v1/Systems/3"));
     EXPECT_EQ(200, result.httpCode);
-    EXPECT_EQ(ReadFixture("/redfish/v1/Systems/3"), result.body);
+    EXPECT_EQ(MinimalBmcDocument("/redfish/v1/Systems/3"), result.body);
 }

@@ -3,7 +3,7 @@
 #include <boost/json/parse.hpp>
 #include <gtest/gtest.h>
 
-#include "support/loopbackbmc.h"
+#include "support/minimalbmc.h"
 #include "support/tempdir.h"
 
 using Rest::RestResult;
@@ -11,8 +11,6 @@ using Rest::RestSession;
 using XModule::ConnectionInfo;
 
 namespace {
-
-const std::string MINIMAL_TREE = std::string(KESTRO_TEST_FIXTURES) + "/bmc/minimal";
 
 ConnectionInfo Connection(const std::string& host, int scheme, int port, bool ipv6)
 {
@@ -56,8 +54,7 @@ TEST(RestSessionTest, BaseUrlsBracketIpv6HostsAndOmitPortZero)
 
 TEST(RestSessionTest, ASessionSendsCredentialsTrustsAnyCertificateAndFollowsRedirects)
 {
-    LoopbackBmc::Options options;
-    options.fixtureRoot = MINIMAL_TREE;
+    LoopbackBmc::Options options = MinimalBmcOptions();
     options.https = true;
     options.user = "USERID";
     options.password = "PASSW0RD";
@@ -85,9 +82,7 @@ TEST(RestSessionTest, ASessionSendsCredentialsTrustsAnyCertificateAndFollowsRedi
 
 TEST(RestSessionTest, FetchUrlThrowsForEverythingButA200)
 {
-    LoopbackBmc::Options options;
-    options.fixtureRoot = MINIMAL_TREE;
-    LoopbackBmc bmc(options);
+    LoopbackBmc bmc(MinimalBmcOptions());
     bmc.Start();
     RestSession session = Rest::MakeRestSession(Connection("127.0.0.1", 0, bmc.Port(), false));
     session.client.SetRetryTiming(200, 50);
@@ -114,8 +109,7 @@ TEST(RestSessionTest, FetchUrlReachesAnIpv6Bmc)
 {
     if (!LoopbackBmc::CanBind("::1"))
         GTEST_SKIP() << "IPv6 loopback unavailable";
-    LoopbackBmc::Options options;
-    options.fixtureRoot = MINIMAL_TREE;
+    LoopbackBmc::Options options = MinimalBmcOptions();
     options.address = "::1";
     LoopbackBmc bmc(options);
     bmc.Start();
@@ -129,8 +123,7 @@ TEST(RestSessionTest, FetchUrlReachesAnIpv6Bmc)
 
 TEST(RestSessionTest, ACaFileOnTheConnectionChecksTheBmcCertificate)
 {
-    LoopbackBmc::Options options;
-    options.fixtureRoot = MINIMAL_TREE;
+    LoopbackBmc::Options options = MinimalBmcOptions();
     options.https = true;
     LoopbackBmc trusted(options);
     trusted.Start();
