@@ -22,17 +22,6 @@ std::string Value(const RInstance& instance, const std::string& key)
 
 }  // namespace
 
-TEST(RInstanceTest, IdIsStoredOnlyWhenNotNegative)
-{
-    const RInstance withoutId("Processor", "CPU", -1);
-    EXPECT_EQ(-1, withoutId.GetID());
-    EXPECT_EQ(std::string::npos, withoutId.ToXML().find("<id>"));
-    const RInstance zero("Processor", "CPU", 0);
-    EXPECT_EQ(0, zero.GetID());
-    EXPECT_EQ("CPU", zero.GetDisplay());
-    EXPECT_EQ("Processor", zero.GetName());
-}
-
 TEST(RInstanceTest, ScalarKeysAreCheckedAndListKeysAreNot)
 {
     struct Case {
@@ -193,7 +182,9 @@ TEST(RInstanceTest, AttributesReferencesAndTips)
     EXPECT_TRUE(properties[0].raw);
     EXPECT_FALSE(properties[0].bb);
     EXPECT_TRUE(properties[1].bb);
+    // An XML-only property is written, and marked, but never shown.
     EXPECT_NE(std::string::npos, instance.ToXML().find("<Hidden>"));
+    EXPECT_NE(std::string::npos, instance.ToXML().find("<xmlonly>true</xmlonly>"));
 
     EXPECT_FALSE(instance.HasReferenceTag());
     instance.AddReference("PCIAdapter", 3);
@@ -209,14 +200,6 @@ TEST(RInstanceTest, AttributesReferencesAndTips)
     instance.AddToolTip("second");
     EXPECT_TRUE(instance.HasToolTip(tip));
     EXPECT_EQ("second", tip);
-}
-
-TEST(RInstanceTest, OnlyXmlOnlyPropertiesGiveNoShownProperty)
-{
-    RInstance instance("T", "T", -1);
-    instance.AddProperty("Secret", "Secret", std::string("s"), true);
-    EXPECT_TRUE(instance.GetRProperty().empty());
-    EXPECT_NE(std::string::npos, instance.ToXML().find("<xmlonly>true</xmlonly>"));
 }
 
 TEST(RInstanceTest, MissingKeysAreLoggedAndAnswerDefaults)
@@ -253,9 +236,15 @@ TEST(RInstanceTest, CopiesAreDeepAndSwapExchanges)
     EXPECT_EQ("1", Value(b, "P"));
 }
 
+// A record without an id (-1) writes no <id>; 0 is an id like any other.
 TEST(RInstanceTest, XmlAndJsonForms)
 {
+    const RInstance zero("Processor", "CPU", 0);
+    EXPECT_EQ(0, zero.GetID());
+    EXPECT_NE(std::string::npos, zero.ToXML().find("<id>0</id>"));
+    EXPECT_EQ("Processor", zero.GetName());
     RInstance instance("DataSource", "Data Source", -1);
+    EXPECT_EQ(-1, instance.GetID());
     instance.AddProperty("Name", "Name", std::string("kestro"), false);
     EXPECT_EQ(
         "<?xml version=\"1.0\" encoding=\"utf-8\"?>\n"
