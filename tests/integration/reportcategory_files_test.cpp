@@ -67,7 +67,8 @@ TEST(ReportCategoryFilesTest, EveryCaseLoadsRunsGroupByGroupAndWritesItsStartPag
 
         TempDir site;
         ASSERT_TRUE(repo.WriteHTML(site.Path()));
-        // The first page shows a filled table, not only a title.
+        // The index opens the case's first page, which shows a filled table, not only a title.
+        EXPECT_NE(std::string::npos, site.Read("index.html").find("src=\"" + StartGroup(name) + ".html\">"));
         const std::string start = site.Read(StartGroup(name) + ".html");
         EXPECT_NE(std::string::npos, start.find("<div class=\"tabletitle\">Data Source</div>"));
         for (const char* file : {"repository.css", "sorttable.js", "tooltip.js", "orvena_logo.png", "banner_bg.png",

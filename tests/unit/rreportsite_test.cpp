@@ -114,21 +114,6 @@ TEST(RReportSiteTest, DataFolderIsKeptAndFailuresAreReported)
     EXPECT_EQ(1, capture.Count("Failed to parse category XML: "));
 }
 
-TEST(RReportSiteTest, ChassisCasesOpenOnTheirOwnPage)
-{
-    FixtureHost host("ID=rhel\n");
-    for (const char* mode : {"smm", "cmm"}) {
-        host.Dir().Write(std::string("data/reportcategory_") + mode + ".xml", kCategories);
-        const std::string site = host.Dir().Path() + "/" + mode;
-        boost::filesystem::create_directory(site);
-        RRepository repo(std::string(mode) == "smm" ? ConnectSmm : ConnectCmm);
-        ASSERT_TRUE(repo.WriteHTML(site));
-        EXPECT_NE(std::string::npos, host.Dir().Read(std::string(mode) + "/index.html")
-                                         .find(std::string("src=\"") + mode + "_inventory.html\">"))
-            << mode;
-    }
-}
-
 namespace {
 
 void WrapOneColumn(RInstancesWrapper& wrapper) { wrapper.SetRowHeaders(std::vector<std::string>(), {100}, false); }
