@@ -35,9 +35,10 @@ struct Visits {
     std::vector<std::string> pages;
 };
 
-class CollectionWalkTest : public ::testing::Test {
+// A session to a loopback BMC on the minimal tree, and the members and pages a walk visits.
+class JsonOverSessionTest : public ::testing::Test {
 protected:
-    CollectionWalkTest() : bmc(MinimalBmcOptions()), session(Start(bmc)) {}
+    JsonOverSessionTest() : bmc(MinimalBmcOptions()), session(Start(bmc)) {}
 
     static Rest::RestSession Start(LoopbackBmc& server)
     {
@@ -139,19 +140,12 @@ TEST(JsonReadTest, ANumberTheWantedTypeCannotHoldIsAnAssignFailure)
     }
 }
 
-TEST(JsonReadTest, AnAssignFailureReachesTheModulesJsonHandler)
+TEST_F(JsonOverSessionTest, AnAssignFailureReachesTheModulesJsonHandler)
 {
-    LoopbackBmc bmc(MinimalBmcOptions());
-    bmc.Start();
     bmc.SetDocument("/redfish/v1/Systems/1/Memory/1", R"({"Id": "1", "CapacityMiB": -16384})");
-    XModule::ConnectionInfo connection;
-    connection.host = "127.0.0.1";
-    connection.scheme = XModule::XModuleConnection::SchemeHttp;
-    connection.port = bmc.Port();
-    Rest::RestSession session = Rest::MakeRestSession(connection);
     LogCapture log;
     std::string id;
-    kestro::repository::RCFCRedfish::RunGuarded([&session, &id] {
+    kestro::repository::RCFCRedfish::RunGuarded([this, &id] {
         const boost::json::value member =
             kestro::repository::RCFCRedfish::FetchJson(session, "/redfish/v1/Systems/1/Memory/1", 0);
         id = Rest::ReadJsonString(member, "/Id");
@@ -194,7 +188,7 @@ TEST(JsonReadTest, MalformedTextIsReportedWithoutThrowing)
     EXPECT_EQ("1", Rest::ReadJsonString(out, "/Id"));
 }
 
-TEST_F(CollectionWalkTest, ExpandedWalkFollowsNextLinkPages)
+TEST_F(JsonOverSessionTest, ExpandedWalkFollowsNextLinkPages)
 {
     bmc.SetPageSize(2);
     EXPECT_EQ(3u, Walk("/redfish/v1/Systems", Rest::WalkExpanded));
@@ -211,7 +205,7 @@ TEST_F(CollectionWalkTest, ExpandedWalkFollowsNextLinkPages)
     EXPECT_TRUE(visits.pages.empty());
 }
 
-TEST_F(CollectionWalkTest, LinkWalkFetchesEachMemberAndSkipsMissingLinks)
+TEST_F(JsonOverSessionTest, LinkWalkFetchesEachMemberAndSkipsMissingLinks)
 {
     bmc.SetDocument("/redfish/v1/Mixed",
                     R"({"Members": [{"@odata.id": "/redfish/v1/Systems/3"}, {"Name": "no link"},
@@ -228,7 +222,7 @@ TEST_F(CollectionWalkTest, LinkWalkFetchesEachMemberAndSkipsMissingLinks)
     EXPECT_EQ(2u, visits.pages.size());
 }
 
-TEST_F(CollectionWalkTest, FailuresEndTheWalkAfterTheMembersAlreadyVisited)
+TEST_F(JsonOverSessionTest, FailuresEndTheWalkAfterTheMembersAlreadyVisited)
 {
     // The second member's document is cut short.
     EXPECT_THROW(Walk("/redfish/v1/Managers", Rest::WalkLinks), boost::system::system_error);
@@ -250,7 +244,7 @@ TEST_F(CollectionWalkTest, FailuresEndTheWalkAfterTheMembersAlreadyVisited)
     EXPECT_EQ(0u, Walk("/redfish/v1/Chassis/1", Rest::WalkExpanded));  // no Members: nothing to walk
 }
 
-TEST_F(CollectionWalkTest, APageThatLinksToItselfEndsTheWalk)
+TEST_F(JsonOverSessionTest, APageThatLinksToItselfEndsTheWalk)
 {
     LogCapture log;
     bmc.SetDocument("/redfish/v1/Loop", R"({"Members": [{"Name": "only"}],
