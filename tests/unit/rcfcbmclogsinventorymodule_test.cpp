@@ -29,8 +29,7 @@ TEST(RCFCBmcLogsInventoryModuleTest, FullTargetGivesAuditAndEventLogsWithHighlig
     target.Bmc().SetPageSize(2);
     RCFCBmcLogsInventoryModule module;
     LogCapture capture;
-    target.Run(module, "BMCAuditLog");
-    target.Run(module, "BMCEventLog");
+    target.RunEveryType(module);
     EXPECT_TRUE(capture.Has(3, "[repo] Try to enum bmc audit log instance."));
     EXPECT_TRUE(capture.Has(3, "[repo] Try to enum bmc event log instance."));
 
@@ -53,8 +52,7 @@ TEST(RCFCBmcLogsInventoryModuleTest, SparseTargetLogsTheMissingAuditLogAndKeepsT
     RCFCTarget target("sparse");
     RCFCBmcLogsInventoryModule module;
     LogCapture capture;
-    target.Run(module, "BMCAuditLog");
-    target.Run(module, "BMCEventLog");
+    target.RunEveryType(module);
     EXPECT_TRUE(capture.Has(2, "[repo] GetAuditLog returns error = 1")) << capture.Dump();
     EXPECT_TRUE(ColumnOf(target.Repo(), "BMCAuditLog", "Date").empty());
 

@@ -40,14 +40,6 @@ const std::vector<RCFCColumn> kLEDColumns = {{"Id", kAnyText},       {"Name", ".
                                              {"Location", kAnyText}, {"DeviceEntity", kAnyText},
                                              {"Color", "Blue|Amber|Green"}, {"State", "On|Off|Blinking"}};
 
-const char* const kTypes[] = {"DiscreteSensor", "FanSensor", "LED", "NumericSensor", "PowerSensor",
-                              "TemperatureSensor"};
-
-void RunAll(RCFCTarget& target, RCFCEnvironmentInfoInventoryModule& module)
-{
-    for (const char* type : kTypes) target.Run(module, type);
-}
-
 bool Unique(std::vector<std::string> ids)
 {
     std::sort(ids.begin(), ids.end());
@@ -62,7 +54,7 @@ TEST(RCFCEnvironmentInfoInventoryModuleTest, FullTargetOverPagesGivesEverySensor
     target.Bmc().SetPageSize(10);
     RCFCEnvironmentInfoInventoryModule module;
     LogCapture capture;
-    RunAll(target, module);
+    target.RunEveryType(module);
     EXPECT_EQ(0, capture.Count("Failed")) << capture.Dump();
 
     // 31 sensors in pages of 10: both sensor types follow three next links.
@@ -121,7 +113,7 @@ TEST(RCFCEnvironmentInfoInventoryModuleTest, SparseTargetKeepsToWhatIsThere)
     RCFCTarget target("sparse");
     RCFCEnvironmentInfoInventoryModule module;
     LogCapture capture;
-    RunAll(target, module);
+    target.RunEveryType(module);
     // Only the LED path is missing on this target.
     EXPECT_EQ(1, capture.Count("[repo] Failed to inventory  with error is "));
     EXPECT_TRUE(capture.Has(1, "[repo] Failed to inventory  with error is Failed to get url " +

@@ -25,8 +25,7 @@ TEST(RCFCFirmwareInventoryModuleTest, FullTargetListsFirmwareAndTheSystemVPD)
     target.Bmc().SetPageSize(3);
     RCFCFirmwareInventoryModule module;
     LogCapture capture;
-    target.Run(module, "FirmwareInventory");
-    target.Run(module, "SystemVPD");
+    target.RunEveryType(module);
     EXPECT_TRUE(capture.Has(3, "[repo] Try to enum Firmware instance."));
     EXPECT_TRUE(capture.Has(3, "[repo] Try to enum VPD instance."));
 

@@ -46,13 +46,6 @@ const std::vector<RCFCColumn> kDriveColumns = {
     {"Protocol", kAnyText}, {"MediaType", kAnyText}, {"SerialNumber", kAnyText}, {"Health", "OK|N/A"},
     {"State", "Enabled|N/A"}};
 
-const char* const kTypes[] = {"Processor", "Memory", "Fan", "Power", "SystemBoard", "Drive"};
-
-void RunAll(RCFCTarget& target, RCFCHardwareInventoryModule& module)
-{
-    for (const char* type : kTypes) target.Run(module, type);
-}
-
 }  // namespace
 
 TEST(RCFCHardwareInventoryModuleTest, FullTargetGivesEveryTypeInItsShape)
@@ -62,7 +55,7 @@ TEST(RCFCHardwareInventoryModuleTest, FullTargetGivesEveryTypeInItsShape)
     target.Bmc().SetPageSize(5);
     RCFCHardwareInventoryModule module;
     LogCapture capture;
-    RunAll(target, module);
+    target.RunEveryType(module);
     EXPECT_EQ(0, capture.Count("Failed")) << capture.Dump();
 
     const auto processors = ExpectRows(target.Repo(), "Processor", ProcessorColumns(kNumber, "[0-9A-F]{14}"));
@@ -111,7 +104,7 @@ TEST(RCFCHardwareInventoryModuleTest, SparseTargetGivesNAForWhatIsMissingOrOfAno
     RCFCTarget target("sparse");
     RCFCHardwareInventoryModule module;
     LogCapture capture;
-    RunAll(target, module);
+    target.RunEveryType(module);
     // Wrong shapes end a walk quietly; only failed urls and bad JSON are failures.
     EXPECT_EQ(0, capture.Count("Failed")) << capture.Dump();
     EXPECT_EQ(0, capture.Count("Unknown exception"));
@@ -156,7 +149,7 @@ TEST(RCFCHardwareInventoryModuleTest, AFailedUrlEndsOnlyItsOwnType)
     target.Bmc().SetDocument("/redfish/v1/Chassis/1/Thermal", "{\"Fans\": [");
     RCFCHardwareInventoryModule module;
     LogCapture capture;
-    RunAll(target, module);
+    target.RunEveryType(module);
 
     EXPECT_EQ(2u, ColumnOf(target.Repo(), "Processor", "Id").size());
     EXPECT_TRUE(capture.Has(1, kFailedUrl + target.Url("/redfish/v1/Systems/1/Memory?$expand=.($levels=1)") +
@@ -195,14 +188,14 @@ TEST(RCFCHardwareInventoryModuleTest, WithoutAConnectionOrWithWrongCredentialsNo
     RCFCHardwareInventoryModule module;
     LogCapture capture;
     target.Repo().SetRestConnectionList(std::vector<XModule::ConnectionInfo>());
-    RunAll(target, module);
+    target.RunEveryType(module);
     EXPECT_EQ(6, capture.Count("[repo] There is no rest connection info in repo."));
     EXPECT_EQ(0, target.Bmc().RequestCount());
     EXPECT_TRUE(capture.Has(3, "[repo] Begin to enum SystemBoard instances"));
 
     target.UseCredentials(RCFCTarget::kUser, "wrong");
     capture.Clear();
-    RunAll(target, module);
+    target.RunEveryType(module);
     EXPECT_EQ(6, capture.Count(", error code is 401"));
     EXPECT_TRUE(target.Repo().GetCollectedInstanceTypes().empty());
 }

@@ -35,8 +35,7 @@ TEST(RCFCIPMILogsInventoryModuleTest, FullTargetGivesBothLogsAndHighlightsTheCri
     RCFCTarget target("full");
     RCFCIPMILogsInventoryModule module;
     LogCapture capture;
-    target.Run(module, "SystemBIOSLog");
-    target.Run(module, "SystemChassisLog");
+    target.RunEveryType(module);
     EXPECT_TRUE(capture.Has(3, "[repo] Try to enum system bios log instance."));
     EXPECT_TRUE(capture.Has(3, "[repo] Try to enum system chassis log instance."));
     EXPECT_EQ(0, capture.Count("returns error"));
@@ -62,8 +61,7 @@ TEST(RCFCIPMILogsInventoryModuleTest, MissingLogsAndFieldsAreLoggedAndShownAsNA)
     RCFCTarget target("sparse");
     RCFCIPMILogsInventoryModule module;
     LogCapture capture;
-    target.Run(module, "SystemBIOSLog");
-    target.Run(module, "SystemChassisLog");
+    target.RunEveryType(module);
 
     const auto bios = ExpectRows(target.Repo(), "SystemBIOSLog", kSystemLogColumns);
     ASSERT_EQ(2u, bios.size());

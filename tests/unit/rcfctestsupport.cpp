@@ -56,6 +56,13 @@ void RCFCTarget::UseCredentials(const std::string& user, const std::string& pass
 
 void RCFCTarget::Run(kestro::repository::RModule& module, const std::string& type) { module.EnumInstances(type, repo); }
 
+void RCFCTarget::RunEveryType(kestro::repository::RModule& module)
+{
+    std::vector<std::string> types;
+    module.EnumTypes(types);
+    for (const std::string& type : types) Run(module, type);
+}
+
 std::string RCFCTarget::Url(const std::string& path) const { return bmc->BaseUrl() + path; }
 
 std::vector<std::vector<std::string> > ExpectRows(RRepository& repo, const std::string& type,
