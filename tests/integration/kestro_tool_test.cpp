@@ -97,6 +97,8 @@ TEST(KestroToolTest, FailuresExitWithTheirResultCodes)
         {"inventory --redfish https://admin:pw@bmc --case rhel" + never, 5, "no Redfish case"},
         {"inventory --redfish https://admin:pw@bmc --ca-file " + dir.Path() + "/none.pem" + never, 6, "none.pem"},
         {"inventory --case cfc_oob" + never, 5, "go with --redfish"},
+        {"inventory --group no_such_group" + out, 5, "no group 'no_such_group' in this case's report category; groups: "
+                                                     "system_overview, "},
         {"inventory" + never + " --redfish", 5, "needs a value"},
     };
     for (const auto& c : cases) {

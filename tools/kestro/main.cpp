@@ -49,7 +49,7 @@ const char kUsage[] =
     "  --help            show this text\n"
     "  --version         show the tool's version\n"
     "\n"
-    "A password left out of URL comes from $KESTRO_PASSWORD, else from a prompt.\n"
+    "A password left out of the URL comes from $KESTRO_PASSWORD, else from a prompt.\n"
     "The exit status is 0 on success, else the number of the result code printed with the error.\n";
 
 // The code table's number is the exit status, so scripts can tell failures apart.
@@ -90,9 +90,23 @@ void PrintSummary(RRepository& repo, const std::string& written)
     std::cout << total << " records of " << types.size() << " types; " << written << "\n";
 }
 
-void RunByGroups(RRepository& repo, const std::string& onlyGroup)
+// The group names a user may pass to --group, for the message when one is not among them.
+std::string GroupNames(const kestro::repository::RGroupList& groups)
 {
-    const kestro::repository::RGroupList groups = repo.GetInventoryGroups();
+    std::string names;
+    for (const auto& group : groups) names += (names.empty() ? "" : ", ") + group.first;
+    return names;
+}
+
+bool HasGroup(const kestro::repository::RGroupList& groups, const std::string& name)
+{
+    for (const auto& group : groups)
+        if (group.first == name) return true;
+    return false;
+}
+
+void RunByGroups(RRepository& repo, const kestro::repository::RGroupList& groups, const std::string& onlyGroup)
+{
     ProgressBar progress(groups.size());
     for (std::size_t i = 0; i < groups.size(); ++i) {
         if (!onlyGroup.empty() && groups[i].first != onlyGroup) continue;
@@ -115,7 +129,11 @@ int CollectAndWrite(RRepository& repo, const Options& options)
     repo.SetDataSource(kToolName, KESTRO_BUILD_TEXT, KESTRO_VERSION_TEXT);
     if (!repo.LoadCategories())
         return Fail(results::RESULT_INVALID_FILE, "no readable report category file, see " + LogPath(options));
-    RunByGroups(repo, options.group);
+    const kestro::repository::RGroupList groups = repo.GetInventoryGroups();
+    if (!options.group.empty() && !HasGroup(groups, options.group))
+        return Fail(results::RESULT_INVALID_PARAMETER,
+                    "no group '" + options.group + "' in this case's report category; groups: " + GroupNames(groups));
+    RunByGroups(repo, groups, options.group);
     if (!repo.WriteXML(kInventoryFile, options.output))
         return Fail(results::RESULT_WRITE_FILE_FAILED, (fs::path(options.output) / kInventoryFile).string());
     if (const int failed = WriteSite(repo, options)) return failed;
