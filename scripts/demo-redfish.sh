@@ -5,7 +5,8 @@ set -euo pipefail
 cd "$(dirname "$0")/.."
 output="${1:-kestro-redfish-report}"
 scripts/install-deps.sh
-cmake -S . -B build -G Ninja >/dev/null
+# The loopback BMC is built with the tests, which a build folder of run-inventory.sh has off.
+cmake -S . -B build -G Ninja -DKESTRO_BUILD_TESTS=ON >/dev/null
 cmake --build build -j2 --target kestro kestro-fake-bmc
 
 log=$(mktemp)
