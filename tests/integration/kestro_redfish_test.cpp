@@ -1,3 +1,4 @@
+#include "support/commandrun.h"
 #include "support/loopbackbmc.h"
 #include "support/tempdir.h"
 
@@ -11,7 +12,6 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <cstdio>
 #include <cstring>
 #include <fstream>
 #include <iterator>
@@ -24,24 +24,11 @@ namespace {
 const char* const kUser = "USERID";
 const char* const kPassword = "S3cret-Pass";
 
-struct ToolRun {
-    int status;
-    std::string output;
-};
-
 // Runs the tool with no terminal, so a missing password can't be asked for.
-ToolRun RunTool(const std::string& environment, const std::string& arguments)
+CommandRun RunTool(const std::string& environment, const std::string& arguments)
 {
     const std::string command = environment + " '" KESTRO_TOOL_PATH "' " + arguments + " 2>&1 </dev/null";
-    ToolRun run{-1, std::string()};
-    FILE* pipe = popen(("setsid sh -c \"" + command + "\"").c_str(), "r");
-    if (!pipe) return run;
-    char buffer[4096];
-    size_t got;
-    while ((got = fread(buffer, 1, sizeof buffer, pipe)) > 0) run.output.append(buffer, got);
-    const int raw = pclose(pipe);
-    run.status = WIFEXITED(raw) ? WEXITSTATUS(raw) : -1;
-    return run;
+    return RunCommand("setsid sh -c \"" + command + "\"");
 }
 
 // Every process's command line, as a process listing shows them.
@@ -75,7 +62,7 @@ TEST(KestroRedfishTest, InventoryOfABmcWritesItsRecordsAndNeverThePassword)
     const std::string address = "127.0.0.1:" + std::to_string(bmc.Port());
 
     const std::string url = "https://" + std::string(kUser) + ":" + kPassword + "@" + address;
-    const ToolRun run = RunTool("", "inventory --redfish " + url + " --output " + dir.Path() + "/oob");
+    const CommandRun run = RunTool("", "inventory --redfish " + url + " --output " + dir.Path() + "/oob");
     ASSERT_EQ(0, run.status) << run.output;
     EXPECT_NE(std::string::npos, run.output.find("  Memory: 16\n"));
     EXPECT_NE(std::string::npos, run.output.find("  NumericSensor: 19\n"));
@@ -89,7 +76,7 @@ TEST(KestroRedfishTest, InventoryOfABmcWritesItsRecordsAndNeverThePassword)
     EXPECT_EQ(std::string::npos, xml.find(kPassword));
 
     // The password from the environment, and an in-band case by name.
-    const ToolRun inBand = RunTool(std::string("KESTRO_PASSWORD=") + kPassword,
+    const CommandRun inBand = RunTool(std::string("KESTRO_PASSWORD=") + kPassword,
                                    "inventory --redfish https://" + std::string(kUser) + "@" + address +
                                        " --case cfc_rhel --group firmware --output " + dir.Path() + "/rhel");
     ASSERT_EQ(0, inBand.status) << inBand.output;
@@ -108,7 +95,7 @@ TEST(KestroRedfishTest, ACABundleIsCheckedByEveryCollector)
     const std::string url =
         "https://" + std::string(kUser) + ":" + kPassword + "@127.0.0.1:" + std::to_string(bmc.Port());
 
-    const ToolRun trusted = RunTool("", "inventory --redfish " + url + " --ca-file " +
+    const CommandRun trusted = RunTool("", "inventory --redfish " + url + " --ca-file " +
                                             dir.Write("bmc.pem", bmc.CertificatePem()) + " --output " + dir.Path() +
                                             "/trusted");
     ASSERT_EQ(0, trusted.status) << trusted.output;
@@ -116,7 +103,7 @@ TEST(KestroRedfishTest, ACABundleIsCheckedByEveryCollector)
     EXPECT_NE(std::string::npos, trusted.output.find("  StorageUnitDiskDevice: 2\n"));
 
     // A certificate of another BMC: nothing of this one is believed, and the run says so.
-    const ToolRun untrusted = RunTool("", "inventory --redfish " + url + " --ca-file " +
+    const CommandRun untrusted = RunTool("", "inventory --redfish " + url + " --ca-file " +
                                               dir.Write("other.pem", stranger.CertificatePem()) + " --output " +
                                               dir.Path() + "/untrusted");
     EXPECT_EQ(13, untrusted.status) << untrusted.output;
@@ -132,7 +119,7 @@ TEST(KestroRedfishTest, AWrongPasswordOrNoBmcFailsTheRunAndTheProcessListingHide
     TempDir dir;
     const std::string address = "127.0.0.1:" + std::to_string(bmc.Port());
 
-    const ToolRun denied =
+    const CommandRun denied =
         RunTool("", "inventory --redfish https://" + std::string(kUser) + ":wrong@" + address + " --output " +
                         dir.Path() + "/denied");
     EXPECT_EQ(13, denied.status) << denied.output;
@@ -163,6 +150,6 @@ TEST(KestroRedfishTest, AWrongPasswordOrNoBmcFailsTheRunAndTheProcessListingHide
     EXPECT_EQ(std::string::npos, listing.find(kPassword));
 
     bmc.Stop();
-    const ToolRun gone = RunTool("", "inventory --redfish " + url + " --output " + dir.Path() + "/gone");
+    const CommandRun gone = RunTool("", "inventory --redfish " + url + " --output " + dir.Path() + "/gone");
     EXPECT_EQ(13, gone.status) << gone.output;
 }

@@ -1,10 +1,8 @@
+#include "support/commandrun.h"
 #include "support/tempdir.h"
 
 #include <gtest/gtest.h>
 
-#include <sys/wait.h>
-
-#include <cstdio>
 #include <fstream>
 #include <string>
 
@@ -12,23 +10,9 @@
 
 namespace {
 
-struct ToolRun {
-    int status;
-    std::string output;
-};
-
-ToolRun RunTool(const std::string& arguments, const std::string& root)
+CommandRun RunTool(const std::string& arguments, const std::string& root)
 {
-    const std::string command = "KESTRO_ROOT='" + root + "' '" KESTRO_TOOL_PATH "' " + arguments + " 2>&1";
-    ToolRun run{-1, std::string()};
-    FILE* pipe = popen(command.c_str(), "r");
-    if (!pipe) return run;
-    char buffer[4096];
-    size_t got;
-    while ((got = fread(buffer, 1, sizeof buffer, pipe)) > 0) run.output.append(buffer, got);
-    const int raw = pclose(pipe);
-    run.status = WIFEXITED(raw) ? WEXITSTATUS(raw) : -1;
-    return run;
+    return RunCommand("KESTRO_ROOT='" + root + "' '" KESTRO_TOOL_PATH "' " + arguments + " 2>&1");
 }
 
 bool Exists(const std::string& path) { return std::ifstream(path.c_str()).good(); }
@@ -48,7 +32,7 @@ TEST(KestroToolTest, InventoryReportAndCompareWorkTogether)
     dir.Write("root/etc/os-release", "ID=rhel\n");
     const std::string root = dir.Path() + "/root";
 
-    const ToolRun inventory = RunTool("inventory --output " + dir.Path() + "/first", root);
+    const CommandRun inventory = RunTool("inventory --output " + dir.Path() + "/first", root);
     ASSERT_EQ(0, inventory.status) << inventory.output;
     const std::string first = dir.Path() + "/first/inventory.xml";
     for (const char* file : {"/first/inventory.xml", "/first/index.html", "/first/navigator.html",
@@ -56,13 +40,13 @@ TEST(KestroToolTest, InventoryReportAndCompareWorkTogether)
         EXPECT_TRUE(Exists(dir.Path() + file)) << file;
     EXPECT_NE(std::string::npos, dir.Read("first/inventory.xml").find("<mode>rhel</mode>"));
 
-    const ToolRun report = RunTool("report " + first + " --output " + dir.Path() + "/report", root);
+    const CommandRun report = RunTool("report " + first + " --output " + dir.Path() + "/report", root);
     ASSERT_EQ(0, report.status) << report.output;
     EXPECT_EQ(dir.Read("first/navigator.html"), dir.Read("report/navigator.html"));
 
     const std::string second =
         dir.Write("second.xml", Replace(dir.Read("first/inventory.xml"), "<value>kestro</value>", "<value>other</value>"));
-    const ToolRun compare = RunTool("compare " + first + " " + second + " --output " + dir.Path() + "/compare", root);
+    const CommandRun compare = RunTool("compare " + first + " " + second + " --output " + dir.Path() + "/compare", root);
     ASSERT_EQ(0, compare.status) << compare.output;
     EXPECT_NE(std::string::npos, dir.Read("compare/compare.xml").find("<value>kestro|||other</value>"));
 }
@@ -102,7 +86,7 @@ TEST(KestroToolTest, FailuresExitWithTheirResultCodes)
         {"inventory" + never + " --redfish", 5, "needs a value"},
     };
     for (const auto& c : cases) {
-        const ToolRun run = RunTool(c.arguments, root);
+        const CommandRun run = RunTool(c.arguments, root);
         EXPECT_EQ(c.status, run.status) << c.arguments << "\n" << run.output;
         EXPECT_NE(std::string::npos, run.output.find(c.words)) << run.output;
     }
