@@ -1,0 +1,101 @@
+#include "xmodule/linux/hostfiles.h"
+
+#include "kestro/xmodule/rootprefix.h"
+
+#include <boost/filesystem/operations.hpp>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace XModule {
+namespace Linux {
+
+namespace {
+
+// Far above any table, attribute or status file the readers want; a bound against a hostile snapshot.
+const std::size_t kLargestFile = 64u << 20;
+
+bool Fail(std::string* why, const std::string& reason)
+{
+    if (why) *why = reason;
+    return false;
+}
+
+// Reads what `fd` gives until the end; procfs and sysfs files report no size, so the loop decides.
+bool ReadAll(int fd, std::string& content, std::string* why)
+{
+    content.clear();
+    char buffer[65536];
+    for (;;) {
+        const ssize_t got = ::read(fd, buffer, sizeof buffer);
+        if (got == 0) return true;
+        if (got < 0) {
+            if (errno == EINTR) continue;
+            return Fail(why, std::strerror(errno));
+        }
+        if (content.size() + static_cast<std::size_t>(got) > kLargestFile) return Fail(why, "file too large");
+        content.append(buffer, static_cast<std::size_t>(got));
+    }
+}
+
+}  // namespace
+
+std::string HostFiles::Rooted(const std::string& absolute) { return RootedPath(absolute); }
+
+bool HostFiles::Read(const std::string& absolute, std::string& content, std::string* why)
+{
+    const std::string path = Rooted(absolute);
+    const int fd = ::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC | O_NOCTTY);
+    if (fd < 0) return Fail(why, std::strerror(errno));
+    struct stat status;
+    bool ok = false;
+    if (::fstat(fd, &status) != 0)
+        Fail(why, std::strerror(errno));
+    else if (!S_ISREG(status.st_mode))
+        Fail(why, "not a regular file");
+    else
+        ok = ReadAll(fd, content, why);
+    ::close(fd);
+    return ok;
+}
+
+std::string HostFiles::ReadTrimmed(const std::string& absolute)
+{
+    std::string content;
+    if (!Read(absolute, content)) return std::string();
+    const std::size_t end = content.find_last_not_of(" \t\r\n");
+    content.erase(end == std::string::npos ? 0 : end + 1);
+    return content;
+}
+
+std::vector<std::string> HostFiles::List(const std::string& absolute)
+{
+    std::vector<std::string> names;
+    boost::system::error_code error;
+    boost::filesystem::directory_iterator it(Rooted(absolute), error);
+    for (; !error && it != boost::filesystem::directory_iterator(); it.increment(error))
+        names.push_back(it->path().filename().string());
+    std::sort(names.begin(), names.end());
+    return names;
+}
+
+std::string HostFiles::ReadLinkName(const std::string& absolute)
+{
+    boost::system::error_code error;
+    const boost::filesystem::path target = boost::filesystem::read_symlink(Rooted(absolute), error);
+    if (error) return std::string();
+    return target.filename().string();
+}
+
+bool HostFiles::Exists(const std::string& absolute)
+{
+    boost::system::error_code error;
+    return boost::filesystem::exists(Rooted(absolute), error);
+}
+
+}  // namespace Linux
+}  // namespace XModule
