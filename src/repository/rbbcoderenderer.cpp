@@ -1,6 +1,6 @@
 #include "rbbcoderenderer.h"
 
-#include "rlog.h"
+#include "xmodule/rlog.h"
 
 #include <algorithm>
 

@@ -1,7 +1,7 @@
 #include "kestro/repository/rinstance.h"
 
 #include "rinstance_p.h"
-#include "rlog.h"
+#include "xmodule/rlog.h"
 #include "rrepository_p.h"
 
 #include "kestro/repository/rrepository.h"

@@ -4,7 +4,7 @@
 #include "kestro/repository/rrepository.h"
 #include "kestro/xmodule/globalconfig.h"
 #include "rbbcoderenderer.h"
-#include "rlog.h"
+#include "xmodule/rlog.h"
 
 #include <boost/algorithm/string/classification.hpp>
 #include <boost/algorithm/string/split.hpp>

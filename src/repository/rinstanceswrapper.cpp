@@ -2,7 +2,7 @@
 
 #include "kestro/repository/rinstance.h"
 #include "kestro/repository/rinstanceswriter.h"
-#include "rlog.h"
+#include "xmodule/rlog.h"
 
 #include <boost/lexical_cast.hpp>
 

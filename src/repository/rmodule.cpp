@@ -1,6 +1,6 @@
 #include "kestro/repository/rmodule.h"
 
-#include "rlog.h"
+#include "xmodule/rlog.h"
 
 namespace kestro {
 namespace repository {

@@ -1,6 +1,6 @@
 #include "rreportcategory.h"
 
-#include "rlog.h"
+#include "xmodule/rlog.h"
 
 #include <boost/property_tree/ptree.hpp>
 #include <boost/property_tree/xml_parser.hpp>

@@ -3,7 +3,7 @@
 #include "kestro/repository/rinstance.h"
 #include "kestro/repository/rinstanceshtmlwriter.h"
 #include "kestro/xmodule/kestrodirectory.h"
-#include "rlog.h"
+#include "xmodule/rlog.h"
 #include "rrepository_p.h"
 
 #include <boost/filesystem/operations.hpp>

@@ -5,7 +5,7 @@
 #include "kestro/xmodule/kestrodirectory.h"
 #include "repository/modules/rdatasourcemodule.h"
 #include "rinstance_p.h"
-#include "rlog.h"
+#include "xmodule/rlog.h"
 #include "rreportsite.h"
 #include "rstorecomparer.h"
 #include "updatescanadapter.h"

@@ -1,7 +1,7 @@
 #include "updatescanadapter.h"
 
 #include "kestro/systemtype/iscfcsystem.h"
-#include "rlog.h"
+#include "xmodule/rlog.h"
 
 #include <sstream>
 

@@ -7,7 +7,7 @@
 #include <boost/algorithm/string/replace.hpp>
 #include <boost/json/parse.hpp>
 
-#include "repository/rlog.h"
+#include "xmodule/rlog.h"
 #include "rest/jsonreaderror.h"
 #include "rest/restsession.h"
 

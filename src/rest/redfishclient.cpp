@@ -6,7 +6,7 @@
 #include <boost/bind/bind.hpp>
 #include <boost/ref.hpp>
 
-#include "repository/rlog.h"
+#include "xmodule/rlog.h"
 #include "rest/redfishclient_p.h"
 #include "rest/redfishsettings.h"
 

@@ -1,7 +1,7 @@
 #include "kestro/systemtype/systemcheck.h"
 
 #include "kestro/xmodule/kestrodirectory.h"
-#include "repository/rlog.h"
+#include "xmodule/rlog.h"
 #include "rest/jsonread.h"
 #include "rest/restsession.h"
 

@@ -1,7 +1,7 @@
 #include "repository/modules/rcfcenvironmentinfoinventorymodule.h"
 
 #include "repository/modules/rcfcredfish.h"
-#include "repository/rlog.h"
+#include "xmodule/rlog.h"
 #include "rest/jsonread.h"
 #include "rest/restsession.h"
 

@@ -2,7 +2,7 @@
 
 #include "kestro/repository/rrepository.h"
 #include "repository/modules/rcfcredfish.h"
-#include "repository/rlog.h"
+#include "xmodule/rlog.h"
 #include "rest/jsonread.h"
 #include "rest/restsession.h"
 #include "kestro/systemtype/systemcheck.h"

@@ -3,7 +3,7 @@
 #include "kestro/repository/rinstance.h"
 #include "kestro/repository/rrepository.h"
 #include "repository/modules/rcfcredfish.h"
-#include "repository/rlog.h"
+#include "xmodule/rlog.h"
 #include "rest/jsonread.h"
 
 namespace kestro {

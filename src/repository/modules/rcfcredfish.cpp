@@ -3,7 +3,7 @@
 #include "kestro/repository/rinstance.h"
 #include "kestro/repository/rinstanceswrapper.h"
 #include "kestro/repository/rrepository.h"
-#include "repository/rlog.h"
+#include "xmodule/rlog.h"
 #include "rest/inventoryerror.h"
 #include "rest/jsonread.h"
 #include "rest/restsession.h"

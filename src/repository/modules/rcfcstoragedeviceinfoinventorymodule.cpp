@@ -5,7 +5,7 @@
 #include "kestro/repository/rrepository.h"
 #include "kestro/rest/redfishclient.h"
 #include "repository/modules/rcfcredfish.h"
-#include "repository/rlog.h"
+#include "xmodule/rlog.h"
 #include "rest/jsonread.h"
 
 #include <boost/bind/bind.hpp>

@@ -3,7 +3,7 @@
 #include "kestro/repository/rinstance.h"
 #include "kestro/xmodule/log.h"
 #include "repository/modules/rtableforms.h"
-#include "repository/rlog.h"
+#include "xmodule/rlog.h"
 
 #include <boost/bind/bind.hpp>
 

@@ -1,6 +1,6 @@
 #include "xmodule/bmc/logmgrredfishcfc.h"
 
-#include "repository/rlog.h"
+#include "xmodule/rlog.h"
 #include "rest/jsonread.h"
 #include "rest/restsession.h"
 

@@ -1,5 +1,5 @@
-#ifndef KESTRO_REPOSITORY_RLOG_H
-#define KESTRO_REPOSITORY_RLOG_H
+#ifndef KESTRO_XMODULE_RLOG_H
+#define KESTRO_XMODULE_RLOG_H
 
 #include "kestro/xmodule/log.h"
 
