@@ -119,8 +119,10 @@ const HardwareIds& HardwareIds::Pci()
 
 const HardwareIds& HardwareIds::Usb()
 {
-    static const char* const paths[] = {"/usr/share/misc/usb.ids", "/var/lib/usbutils/usb.ids",
-                                        "/usr/share/hwdata/usb.ids"};
+    // Debian's /usr/share/misc/usb.ids is an absolute link, which under a root prefix would lead
+    // to the live host's file: the places that hold the file itself come first.
+    static const char* const paths[] = {"/var/lib/usbutils/usb.ids", "/usr/share/hwdata/usb.ids",
+                                        "/usr/share/misc/usb.ids"};
     static LoadedIds loaded;
     return loaded.For(paths, 3, "usb.ids");
 }
