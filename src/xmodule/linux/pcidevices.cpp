@@ -5,6 +5,7 @@
 #include "xmodule/linux/hostfiles.h"
 #include "xmodule/linux/valueformat.h"
 
+#include <cctype>
 #include <cstdlib>
 
 namespace XModule {
@@ -38,6 +39,8 @@ bool ReadFunction(const std::string& address, PciFunction& function)
 bool ParseSysfsHex(const std::string& text, unsigned& value)
 {
     const char* begin = text.c_str();
+    // strtoul would also take leading blanks and a sign, and read "-1" as the largest number.
+    if (!std::isxdigit(static_cast<unsigned char>(*begin))) return false;
     char* end = nullptr;
     const unsigned long parsed = std::strtoul(begin, &end, 16);
     if (end == begin || parsed > 0xFFFFFFFFul) return false;
