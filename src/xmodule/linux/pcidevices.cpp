@@ -45,7 +45,8 @@ bool ParseSysfsHex(const std::string& text, unsigned& value)
     const unsigned long parsed = std::strtoul(begin, &end, 16);
     if (end == begin || parsed > 0xFFFFFFFFul) return false;
     while (*end == ' ' || *end == '\n') ++end;
-    if (*end != '\0') return false;
+    // A NUL inside the text (a damaged snapshot) would otherwise end it early and pass.
+    if (end != text.c_str() + text.size()) return false;
     value = static_cast<unsigned>(parsed);
     return true;
 }
