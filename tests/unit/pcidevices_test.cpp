@@ -1,6 +1,7 @@
 #include "xmodule/linux/pcidevices.h"
 
 #include "support/fixturehost.h"
+#include "support/logcapture.h"
 #include "support/pcifixture.h"
 
 #include <gtest/gtest.h>
@@ -13,6 +14,7 @@ TEST(PciDevicesTest, ReadsFunctionsInAddressOrderAndNamesThem)
 {
     FixtureHost host("");
     WritePciFixture(host.Dir());
+    LogCapture log;
 
     std::ostringstream seen;
     for (const PciFunction& f : ReadPciFunctions())
@@ -28,6 +30,7 @@ TEST(PciDevicesTest, ReadsFunctionsInAddressOrderAndNamesThem)
         "0000:19:00.0 Broadcom Inc. and subsidiaries | NetXtreme BCM5720 Gigabit Ethernet PCIe | Ethernet controller"
         " | 1028:4f7 rev 0 tg3\n",
         seen.str());
+    EXPECT_EQ(1, log.Count("PCI function 0000:ff:00.0 left out")) << log.Dump();
 }
 
 TEST(PciDevicesTest, ParsesSysfsHexOnlyWhenTheWholeTextIsOne)

@@ -1,5 +1,6 @@
 #include "xmodule/linux/pcidevices.h"
 
+#include "kestro/xmodule/log.h"
 #include "kestro/xmodule/unreadable.h"
 #include "xmodule/linux/hardwareids.h"
 #include "xmodule/linux/hostfiles.h"
@@ -77,7 +78,10 @@ std::vector<PciFunction> ReadPciFunctions()
         NoteUnreadable(kPciDevices, "no PCI bus is visible");
     for (const std::string& address : addresses) {
         PciFunction function;
-        if (ReadFunction(address, function)) functions.push_back(function);
+        if (ReadFunction(address, function))
+            functions.push_back(function);
+        else
+            XLOG(XModule::LOG_WARN) << "[repo] PCI function " << address << " left out: its ids cannot be read";
     }
     return functions;
 }
