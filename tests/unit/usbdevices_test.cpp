@@ -2,6 +2,7 @@
 
 #include "support/fixturehost.h"
 #include "support/logcapture.h"
+#include "support/sysfsfixture.h"
 
 #include <boost/filesystem.hpp>
 #include <gtest/gtest.h>
@@ -37,18 +38,11 @@ const FixtureUsbDevice kDevices[] = {
 
 void WriteUsbFixture(const TempDir& dir)
 {
-    namespace fs = boost::filesystem;
-    const std::string controller = "sys/devices/pci0000:00/0000:00:14.0/";
-    fs::create_directories(fs::path(dir.Path()) / "sys/bus/usb/devices");
+    const std::string controller = "devices/pci0000:00/0000:00:14.0/";
     for (const FixtureUsbDevice& device : kDevices) {
-        std::istringstream files(device.files);
-        for (std::string file; std::getline(files, file, ';');) {
-            const std::size_t equals = file.find('=');
-            dir.Write(controller + device.folder + "/" + file.substr(0, equals), file.substr(equals + 1) + "\n");
-        }
-        const fs::path name = fs::path(device.folder).filename();
-        fs::create_symlink("../../../devices/pci0000:00/0000:00:14.0/" + std::string(device.folder),
-                           fs::path(dir.Path()) / "sys/bus/usb/devices" / name);
+        WriteSysfsAttributes(dir, "sys/" + controller + device.folder, device.files);
+        const std::string name = boost::filesystem::path(device.folder).filename().string();
+        WriteSysfsLink(dir, "sys/bus/usb/devices/" + name, "../../../" + controller + device.folder);
     }
     dir.Write("var/lib/usbutils/usb.ids",
               "046d  Logitech, Inc.\n\tc31c  Keyboard K120\n05e3  Genesys Logic, Inc.\n\t0610  Hub\n");
