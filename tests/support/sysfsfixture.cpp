@@ -20,8 +20,7 @@ void WriteSysfsLink(const TempDir& dir, const std::string& link, const std::stri
     boost::filesystem::create_symlink(target, at);
 }
 
-void WriteHwmonChip(const TempDir& dir, const std::string& id, const std::string& device,
-                    const std::string& attributes)
+void WriteHwmonChip(const TempDir& dir, const std::string& id, const std::string& device, const std::string& attributes)
 {
     const std::string folder = "sys/devices/" + device + "/hwmon/" + id;
     WriteSysfsAttributes(dir, folder, attributes);

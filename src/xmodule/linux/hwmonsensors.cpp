@@ -82,8 +82,7 @@ FanReading ReadFanChannel(const HwmonChip& chip, const std::string& fan)
     const std::string input = Attribute(chip, fan + "_input");
     reading.readable = ParseSysfsInteger(input, reading.rpm) && reading.rpm >= 0;
     if (!reading.readable && !input.empty())
-        XLOG(XModule::LOG_WARN) << "[repo] " << chip.name << " " << fan << "_input holds no speed: \"" << input
-                                << "\"";
+        XLOG(XModule::LOG_WARN) << "[repo] " << chip.name << " " << fan << "_input holds no speed: \"" << input << "\"";
     ParseSysfsInteger(Attribute(chip, fan + "_min"), reading.minimum);
     reading.fault = IsSet(chip, fan + "_fault");
     reading.alarm = IsSet(chip, fan + "_alarm");
@@ -91,10 +90,7 @@ FanReading ReadFanChannel(const HwmonChip& chip, const std::string& fan)
     return reading;
 }
 
-bool IsEmptyHeader(const FanReading& f)
-{
-    return f.readable && f.rpm == 0 && f.minimum <= 0 && !f.alarm && !f.fault;
-}
+bool IsEmptyHeader(const FanReading& f) { return f.readable && f.rpm == 0 && f.minimum <= 0 && !f.alarm && !f.fault; }
 
 std::string FanHealth(const FanReading& reading)
 {
@@ -151,7 +147,9 @@ std::vector<HwmonChip> ListHwmonChips()
 {
     std::vector<std::string> ids = HostFiles::List(kHwmonClass);
     if (ids.empty() && !HostFiles::Exists(kHwmonClass)) NoteUnreadable(kHwmonClass, "no hardware monitoring chips");
-    const auto isNoChip = [](const std::string& id) { return id.compare(0, std::strlen(kHwmonPrefix), kHwmonPrefix) != 0; };
+    const auto isNoChip = [](const std::string& id) {
+        return id.compare(0, std::strlen(kHwmonPrefix), kHwmonPrefix) != 0;
+    };
     ids.erase(std::remove_if(ids.begin(), ids.end(), isNoChip), ids.end());
     std::stable_sort(ids.begin(), ids.end(),
                      [](const std::string& a, const std::string& b) { return HwmonNumber(a) < HwmonNumber(b); });
