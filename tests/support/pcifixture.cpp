@@ -1,6 +1,6 @@
 #include "support/pcifixture.h"
 
-#include <boost/filesystem.hpp>
+#include "support/sysfsfixture.h"
 
 #include <string>
 
@@ -8,21 +8,21 @@ namespace {
 
 struct FixtureFunction {
     const char* address;
-    const char* vendor;
-    const char* device;
-    const char* classCode;
-    const char* subsystemVendor;
-    const char* subsystemDevice;
-    const char* revision;
-    const char* driver;
+    const char* attributes;
+    const char* driver;  // "" when none is bound
 };
 
 const FixtureFunction kFunctions[] = {
-    {"0000:00:00.0", "0x8086", "0x2021", "0x060000", "0x1028", "0x0716", "0x04", ""},
-    {"0000:00:17.0", "0x8086", "0xa182", "0x010601", "0x1028", "0x0716", "0x09", "ahci"},
-    {"0000:03:00.0", "0x102b", "0x0536", "0x030000", "0x1028", "0x0716", "0x04", "mgag200"},
-    {"0000:19:00.0", "0x14e4", "0x165f", "0x020000", "0x1028", "0x04f7", "0x00", "tg3"},
-    {"0000:ff:00.0", "0xzz", "0x2088", "0x088000", "0x8086", "0x0000", "0x04", ""},
+    {"0000:00:00.0", "vendor=0x8086;device=0x2021;class=0x060000;subsystem_vendor=0x1028;subsystem_device=0x0716;"
+                     "revision=0x04", ""},
+    {"0000:00:17.0", "vendor=0x8086;device=0xa182;class=0x010601;subsystem_vendor=0x1028;subsystem_device=0x0716;"
+                     "revision=0x09", "ahci"},
+    {"0000:03:00.0", "vendor=0x102b;device=0x0536;class=0x030000;subsystem_vendor=0x1028;subsystem_device=0x0716;"
+                     "revision=0x04", "mgag200"},
+    {"0000:19:00.0", "vendor=0x14e4;device=0x165f;class=0x020000;subsystem_vendor=0x1028;subsystem_device=0x04f7;"
+                     "revision=0x00", "tg3"},
+    {"0000:ff:00.0", "vendor=0xzz;device=0x2088;class=0x088000;subsystem_vendor=0x8086;subsystem_device=0x0000;"
+                     "revision=0x04", ""},
 };
 
 const char kPciIds[] =
@@ -50,24 +50,12 @@ const char kPciIds[] =
 
 void WritePciFixture(const TempDir& dir)
 {
-    namespace fs = boost::filesystem;
     dir.Write("usr/share/misc/pci.ids", kPciIds);
-    fs::create_directories(fs::path(dir.Path()) / "sys/bus/pci/devices");
-    for (const FixtureFunction& f : kFunctions) {
-        const std::string folder = std::string("sys/devices/pci0000:00/") + f.address;
-        const std::pair<const char*, const char*> files[] = {
-            {"vendor", f.vendor},
-            {"device", f.device},
-            {"class", f.classCode},
-            {"subsystem_vendor", f.subsystemVendor},
-            {"subsystem_device", f.subsystemDevice},
-            {"revision", f.revision},
-        };
-        for (const auto& file : files) dir.Write(folder + "/" + file.first, std::string(file.second) + "\n");
-        fs::create_symlink("../../../devices/pci0000:00/" + std::string(f.address),
-                           fs::path(dir.Path()) / "sys/bus/pci/devices" / f.address);
-        if (*f.driver)
-            fs::create_symlink("../../../bus/pci/drivers/" + std::string(f.driver),
-                               fs::path(dir.Path()) / folder / "driver");
+    for (const FixtureFunction& function : kFunctions) {
+        const std::string folder = std::string("devices/pci0000:00/") + function.address;
+        WriteSysfsAttributes(dir, "sys/" + folder, function.attributes);
+        WriteSysfsLink(dir, std::string("sys/bus/pci/devices/") + function.address, "../../../" + folder);
+        if (*function.driver)
+            WriteSysfsLink(dir, "sys/" + folder + "/driver", std::string("../../../bus/pci/drivers/") + function.driver);
     }
 }
