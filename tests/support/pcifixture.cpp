@@ -56,6 +56,7 @@ void WritePciFixture(const TempDir& dir)
         WriteSysfsAttributes(dir, "sys/" + folder, function.attributes);
         WriteSysfsLink(dir, std::string("sys/bus/pci/devices/") + function.address, "../../../" + folder);
         if (*function.driver)
-            WriteSysfsLink(dir, "sys/" + folder + "/driver", std::string("../../../bus/pci/drivers/") + function.driver);
+            WriteSysfsLink(dir, "sys/" + folder + "/driver",
+                           std::string("../../../bus/pci/drivers/") + function.driver);
     }
 }

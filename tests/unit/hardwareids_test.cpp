@@ -38,36 +38,27 @@ TEST(HardwareIdsTest, ReadsVendorsDevicesAndClassesAndSkipsTheRest)
     HardwareIds ids;
     ids.Parse(text);
 
+    // 'v' a vendor's name, 'd' a device's, 'c' a class's (subclass, else class).
     struct Case {
-        unsigned vendor, device;  // device ~0u: the vendor's name
+        char kind;
+        unsigned id, sub;
         const char* expected;
-    } names[] = {
-        {0x8086, ~0u, "Intel Corporation"},
-        {0x8086, 0xa182, "C620 Series Chipset Family SATA Controller [AHCI mode]"},
-        {0x1028, ~0u, ""},  // a subsystem line names no vendor
-        {0x046d, ~0u, "Logitech, Inc."},
-        {0x046d, 0xc31c, "Keyboard K120"},
-        {0x0df6, 0x001a, "Bluetooth 2.0 adapter"},
-        {0x0101, ~0u, ""},
-        {0x0409, ~0u, ""},
-        {0x0409, 0x0001, ""},
-        {0x10ec, ~0u, ""},
-        {0x10ec, 0x8168, ""},
-        {0x14e4, 0x165f, "NetXtreme BCM5720 Gigabit Ethernet PCIe"},
+    } cases[] = {
+        {'v', 0x8086, 0, "Intel Corporation"},
+        {'d', 0x8086, 0xa182, "C620 Series Chipset Family SATA Controller [AHCI mode]"},
+        {'v', 0x1028, 0, ""},  // a subsystem line names no vendor
+        {'v', 0x046d, 0, "Logitech, Inc."},    {'d', 0x046d, 0xc31c, "Keyboard K120"},
+        {'d', 0x0df6, 0x001a, "Bluetooth 2.0 adapter"},  {'v', 0x0101, 0, ""},
+        {'v', 0x0409, 0, ""},                  {'d', 0x0409, 0x0001, ""},
+        {'v', 0x10ec, 0, ""},                  {'d', 0x10ec, 0x8168, ""},
+        {'d', 0x14e4, 0x165f, "NetXtreme BCM5720 Gigabit Ethernet PCIe"},
+        {'c', 0x01, 0x06, "SATA controller"},  {'c', 0x01, 0x07, "Mass storage controller"},
+        {'c', 0x03, 0x00, "Display controller"}, {'c', 0x02, 0x00, ""},
     };
-    for (const Case& c : names)
-        EXPECT_EQ(c.expected, c.device == ~0u ? ids.VendorName(c.vendor) : ids.DeviceName(c.vendor, c.device))
-            << std::hex << c.vendor << ":" << c.device;
-
-    struct ClassCase {
-        unsigned classId, subclassId;
-        const char* expected;
-    } classes[] = {
-        {0x01, 0x06, "SATA controller"},
-        {0x01, 0x07, "Mass storage controller"},
-        {0x03, 0x00, "Display controller"},
-        {0x02, 0x00, ""},
-    };
-    for (const ClassCase& c : classes)
-        EXPECT_EQ(c.expected, ids.ClassName(c.classId, c.subclassId)) << c.classId << "/" << c.subclassId;
+    for (const Case& c : cases) {
+        const std::string name = c.kind == 'v'   ? ids.VendorName(c.id)
+                                 : c.kind == 'd' ? ids.DeviceName(c.id, c.sub)
+                                                 : ids.ClassName(c.id, c.sub);
+        EXPECT_EQ(c.expected, name) << c.kind << " " << std::hex << c.id << ":" << c.sub;
+    }
 }
