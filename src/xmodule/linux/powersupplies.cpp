@@ -7,6 +7,8 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstring>
+#include <iterator>
+#include <limits>
 #include <set>
 
 namespace XModule {
@@ -56,8 +58,8 @@ const std::pair<const char*, const char*> kHealthTexts[] = {
 int Severity(const std::string& health)
 {
     const char* const order[] = {kHealthOk, kHealthWarning, kHealthFailed};
-    for (int i = 0; i < 3; ++i)
-        if (health == order[i]) return i + 1;
+    for (std::size_t i = 0; i < std::size(order); ++i)
+        if (health == order[i]) return static_cast<int>(i) + 1;
     return 0;
 }
 
@@ -106,7 +108,9 @@ bool SumOutputPower(const HwmonChip& chip, long long& total)
             continue;
         const std::string channel = name.substr(0, name.size() - std::strlen("_label"));
         long long microwatts = 0;
-        if (!ParseSysfsInteger(Find(chip.attributes, channel + "_input"), microwatts) || microwatts < 0) continue;
+        if (!ParseSysfsInteger(Find(chip.attributes, channel + "_input"), microwatts) || microwatts < 0 ||
+            microwatts > std::numeric_limits<long long>::max() - total)
+            continue;
         total += microwatts;
         any = true;
     }
