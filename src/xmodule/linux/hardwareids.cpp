@@ -4,6 +4,8 @@
 #include "kestro/xmodule/unreadable.h"
 #include "xmodule/linux/hostfiles.h"
 
+#include <boost/algorithm/string/trim.hpp>
+
 #include <mutex>
 #include <sstream>
 
@@ -30,7 +32,8 @@ bool SplitEntry(const std::string& text, std::size_t digits, unsigned& id, std::
         if (value < 0) return false;
         id = id * 16 + static_cast<unsigned>(value);
     }
-    name = text.substr(digits + 2);
+    // usb.ids has names with trailing blanks; a name is compared and shown without them.
+    name = boost::algorithm::trim_right_copy(text.substr(digits + 2));
     return true;
 }
 
@@ -116,8 +119,10 @@ const HardwareIds& HardwareIds::Pci()
 
 const HardwareIds& HardwareIds::Usb()
 {
-    static const char* const paths[] = {"/usr/share/misc/usb.ids", "/var/lib/usbutils/usb.ids",
-                                        "/usr/share/hwdata/usb.ids"};
+    // Debian's /usr/share/misc/usb.ids is an absolute link, which under a root prefix would lead
+    // to the live host's file: the places that hold the file itself come first.
+    static const char* const paths[] = {"/var/lib/usbutils/usb.ids", "/usr/share/hwdata/usb.ids",
+                                        "/usr/share/misc/usb.ids"};
     static LoadedIds loaded;
     return loaded.For(paths, 3, "usb.ids");
 }

@@ -1,10 +1,12 @@
 #include "xmodule/linux/pcidevices.h"
 
+#include "kestro/xmodule/log.h"
 #include "kestro/xmodule/unreadable.h"
 #include "xmodule/linux/hardwareids.h"
 #include "xmodule/linux/hostfiles.h"
 #include "xmodule/linux/valueformat.h"
 
+#include <cctype>
 #include <cstdlib>
 
 namespace XModule {
@@ -38,11 +40,14 @@ bool ReadFunction(const std::string& address, PciFunction& function)
 bool ParseSysfsHex(const std::string& text, unsigned& value)
 {
     const char* begin = text.c_str();
+    // strtoul would also take leading blanks and a sign, and read "-1" as the largest number.
+    if (!std::isxdigit(static_cast<unsigned char>(*begin))) return false;
     char* end = nullptr;
     const unsigned long parsed = std::strtoul(begin, &end, 16);
     if (end == begin || parsed > 0xFFFFFFFFul) return false;
     while (*end == ' ' || *end == '\n') ++end;
-    if (*end != '\0') return false;
+    // A NUL inside the text (a damaged snapshot) would otherwise end it early and pass.
+    if (end != text.c_str() + text.size()) return false;
     value = static_cast<unsigned>(parsed);
     return true;
 }
@@ -73,7 +78,10 @@ std::vector<PciFunction> ReadPciFunctions()
         NoteUnreadable(kPciDevices, "no PCI bus is visible");
     for (const std::string& address : addresses) {
         PciFunction function;
-        if (ReadFunction(address, function)) functions.push_back(function);
+        if (ReadFunction(address, function))
+            functions.push_back(function);
+        else
+            XLOG(XModule::LOG_WARN) << "[repo] PCI function " << address << " left out: its ids cannot be read";
     }
     return functions;
 }
