@@ -46,8 +46,7 @@ TEST(MountPointsTest, ParsesMountInfoLinesAndSkipsBrokenOnes)
         {"50 27 8:4 / /nosep rw,relatime shared:1 ext4 /dev/sda4 rw", ""},
         {"51 27 8:4 / /cut rw,relatime - ext4", ""},
         {"52 27 8-4 / /dev rw - ext4 /dev/sda4 rw", ""},
-        {"\xff\xfe 27 8:4 / /\xc3\x28 rw - ext4 /dev/sda4 rw", "8:4|/|/\xc3\x28|rw|ext4|/dev/sda4|rw"},
-    };
+        {"\xff\xfe 27 8:4 / /\xc3\x28 rw - ext4 /dev/sda4 rw", "8:4|/|/\xc3\x28|rw|ext4|/dev/sda4|rw"}};
     for (const Case& c : cases) {
         LogCapture log;
         const std::vector<MountEntry> entries = ParseMountInfo(c.line);
@@ -111,8 +110,7 @@ TEST(MountPointsTest, ListsStorageVolumesWithLabelsLayoutsAndSizes)
         "/var/lib/docker/overlay2/3f1c/merged|N/A|Overlay|overlay|Healthy|Disabled|N/A|N/A",
         "/data|data|Partition|btrfs|Healthy|Disabled|N/A|sized",
         "/home|N/A|Partition|xfs|Healthy|Disabled|N/A|sized",
-        "/srv/home|home|Software RAID|ext4|Healthy|Disabled|N/A|sized",
-    };
+        "/srv/home|home|Software RAID|ext4|Healthy|Disabled|N/A|sized"};
     EXPECT_EQ(expected, rows);
     EXPECT_EQ(1, log.Count("[repo] No sizes for the volume /var/lib/docker/overlay2/3f1c/merged")) << log.Dump();
     EXPECT_EQ(1, log.Count("malformed line(s) skipped, the first is line 17")) << log.Dump();

@@ -40,16 +40,14 @@ TEST(OpticalDrivesTest, ParsesCapabilitiesPerDriveColumn)
         std::string text;
         const char* expected;
         const char* log;  // "" when nothing is logged
-    } cases[] = {
-        {"two drives", kTwoDrives, "sr1:?YYNYYYYY sr0:NNNNN?YNN", ""},
-        {"DVD-RAM writer", "drive name:\tsr0\nCan read DVD:\t1\nCan write DVD-RAM:\t1\n", "sr0:YYYY?????", ""},
-        {"row shorter than the drives", "drive name:\tsr1\tsr0\nCan read DVD:\t1\nCan write CD-R:\t0\t1\n",
-         "sr1:?YY?????N sr0:??????Y?Y", "row \"Can read DVD\" has 1 value(s) for 2 drive(s)"},
-        {"values not 0 or 1", "drive name: sr0\nCan read DVD: yes\nCan write CD-R: 2\n", "sr0:?????????", ""},
-        {"no drive loaded", "CD-ROM information, Id: cdrom.c 3.20 2003/12/17\n\ndrive name:\t\n", "", ""},
-        {"no drive name row", "Can read DVD:\t1\nCan write CD-R:\t1\n", "", "has no \"drive name\" row"},
-        {"not a table", std::string("\xff\xfe\0garbage", 10), "", "has no \"drive name\" row"},
-    };
+    } cases[] = {{"two drives", kTwoDrives, "sr1:?YYNYYYYY sr0:NNNNN?YNN", ""},
+                 {"DVD-RAM writer", "drive name:\tsr0\nCan read DVD:\t1\nCan write DVD-RAM:\t1\n", "sr0:YYYY?????", ""},
+                 {"row shorter than the drives", "drive name:\tsr1\tsr0\nCan read DVD:\t1\nCan write CD-R:\t0\t1\n",
+                  "sr1:?YY?????N sr0:??????Y?Y", "row \"Can read DVD\" has 1 value(s) for 2 drive(s)"},
+                 {"values not 0 or 1", "drive name: sr0\nCan read DVD: yes\nCan write CD-R: 2\n", "sr0:?????????", ""},
+                 {"no drive loaded", "CD-ROM information, Id: cdrom.c 3.20 2003/12/17\n\ndrive name:\t\n", "", ""},
+                 {"no drive name row", "Can read DVD:\t1\nCan write CD-R:\t1\n", "", "has no \"drive name\" row"},
+                 {"not a table", std::string("\xff\xfe\0garbage", 10), "", "has no \"drive name\" row"}};
     for (const auto& c : cases) {
         LogCapture log;
         EXPECT_EQ(c.expected, Summary(ParseCdromInfo(c.text))) << c.name;

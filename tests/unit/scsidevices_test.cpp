@@ -12,17 +12,9 @@ TEST(ScsiDevicesTest, ParsesAddressesAndDeviceTypes)
     const struct {
         const char* name;
         const char* expected;  // "" when no address
-    } addresses[] = {
-        {"0:0:0:0", "0 0 0 0"},
-        {"10:2:33:1099511627776", "10 2 33 1099511627776"},
-        {"host0", ""},
-        {"target0:0:0", ""},
-        {"1:2:3:4:5", ""},
-        {"-1:0:0:0", ""},
-        {"1::0:0", ""},
-        {"a:b:c:d", ""},
-        {"", ""},
-    };
+    } addresses[] = {{"0:0:0:0", "0 0 0 0"}, {"10:2:33:1099511627776", "10 2 33 1099511627776"}, {"host0", ""},
+                     {"target0:0:0", ""}, {"1:2:3:4:5", ""}, {"-1:0:0:0", ""}, {"1::0:0", ""}, {"a:b:c:d", ""},
+                     {"", ""}};
     for (const auto& c : addresses) {
         ScsiAddress a;
         const bool parsed = ParseScsiAddress(c.name, a);
@@ -31,12 +23,8 @@ TEST(ScsiDevicesTest, ParsesAddressesAndDeviceTypes)
                                         : std::string();
         EXPECT_EQ(c.expected, text) << c.name;
     }
-    const char* const types[][2] = {{"0\n", "Direct-access block device"},
-                                    {"13", "Enclosure services"},
-                                    {"8", "Medium changer"},
-                                    {"25", "25"},
-                                    {"x", "x"},
-                                    {"", "N/A"}};
+    const char* const types[][2] = {{"0\n", "Direct-access block device"}, {"13", "Enclosure services"},
+                                    {"8", "Medium changer"}, {"25", "25"}, {"x", "x"}, {"", "N/A"}};
     for (const auto& t : types) EXPECT_EQ(t[1], DescribeScsiDeviceType(t[0])) << t[0];
 }
 
@@ -82,9 +70,7 @@ TEST(ScsiDevicesTest, ListsUnitsInAddressOrder)
                        "|" + d.HostAdapterID + ":" + d.Bus + ":" + d.TargetID + ":" + d.Lun);
     const std::vector<std::string> expected = {
         "sda|Direct-access block device|ATA SAMSUNG MZ7LH480|S45PNA0M512345|404Q|0:0:0:0",
-        "sr0|CD/DVD|HL-DT-ST DVD+-RW GUD1N|N/A|LD02|1:0:0:0",
-        "sg2|Enclosure services|LSI VirtualSES|N/A|03|2:0:8:0",
-        "sdc|Direct-access block device|SEAGATE ST600MM0208|W0M1ABCD0000E8372|N/A|10:0:0:0",
-    };
+        "sr0|CD/DVD|HL-DT-ST DVD+-RW GUD1N|N/A|LD02|1:0:0:0", "sg2|Enclosure services|LSI VirtualSES|N/A|03|2:0:8:0",
+        "sdc|Direct-access block device|SEAGATE ST600MM0208|W0M1ABCD0000E8372|N/A|10:0:0:0"};
     EXPECT_EQ(expected, rows);
 }
