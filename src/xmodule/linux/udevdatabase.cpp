@@ -8,8 +8,18 @@ namespace XModule {
 namespace Linux {
 
 namespace {
+
 const char kUdevData[] = "/run/udev/data/";
+
+int HexDigitValue(char c)
+{
+    if (c >= '0' && c <= '9') return c - '0';
+    if (c >= 'a' && c <= 'f') return c - 'a' + 10;
+    if (c >= 'A' && c <= 'F') return c - 'A' + 10;
+    return -1;
 }
+
+}  // namespace
 
 std::string UdevRecord::Get(const std::string& key) const
 {
@@ -33,6 +43,23 @@ UdevRecord ParseUdevRecord(const std::string& text)
         }
     }
     return record;
+}
+
+std::string DecodeUdevText(const std::string& encoded)
+{
+    std::string text;
+    for (std::size_t i = 0; i < encoded.size(); ++i) {
+        const bool escape = encoded[i] == '\\' && i + 3 < encoded.size() && encoded[i + 1] == 'x';
+        const int high = escape ? HexDigitValue(encoded[i + 2]) : -1;
+        const int low = escape ? HexDigitValue(encoded[i + 3]) : -1;
+        if (high < 0 || low < 0) {
+            text += encoded[i];
+            continue;
+        }
+        text += static_cast<char>(high * 16 + low);
+        i += 3;
+    }
+    return text;
 }
 
 UdevRecord ReadUdevRecord(const std::string& id)

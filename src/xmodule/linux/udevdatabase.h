@@ -22,6 +22,11 @@ struct UdevRecord {
 // as far as they go; nothing in them can fail.
 UdevRecord ParseUdevRecord(const std::string& text);
 
+// The text of an "_ENC" property ("SAMSUNG\x20MZ7LH480HAHQ" gives "SAMSUNG MZ7LH480HAHQ"): udev
+// escapes blanks and unsafe bytes as \xHH there, where the plain property turns blanks into "_".
+// A backslash not followed by two hex digits stays as it is.
+std::string DecodeUdevText(const std::string& encoded);
+
 // The record of a device by its database id: "b8:0" for a block device by its numbers,
 // "+dmi:id" for the firmware tables, "+pci:0000:00:02.0" for a PCI function. An empty record
 // when udev keeps none (no udev on the host, or a container without /run/udev).
