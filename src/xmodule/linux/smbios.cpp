@@ -190,7 +190,10 @@ bool ReadSmbiosTable(std::string& bytes)
 {
     std::string why;
     if (HostFiles::Read(kDmiTable, bytes, &why)) return true;
-    NoteUnreadable(kDmiTable, why + "; run as root for serial numbers, DIMMs, slots, fans and power supplies");
+    // Present but refused is the normal user's case; absent is the virtual machine's.
+    const char* hint = HostFiles::Exists(kDmiTable) ? "; run as root for serial numbers, DIMMs, slots, fans and power supplies"
+                                                    : "; the firmware gives the kernel no SMBIOS table";
+    NoteUnreadable(kDmiTable, why + hint);
     return false;
 }
 
