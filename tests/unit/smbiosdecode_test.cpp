@@ -1,5 +1,6 @@
 #include "xmodule/linux/smbiosdecode.h"
 
+#include "support/logcapture.h"
 #include "support/smbiosbuilder.h"
 
 #include <gtest/gtest.h>
@@ -41,6 +42,7 @@ TEST(SmbiosDecodeTest, MemoryDevicesAcrossVersionsEscapesAndEmptySlots)
         const char* name;
         SmbiosBuilder structure;
         const char* expected;  // installed|bytes|type|MT/s|locator|bank|maker|serial|part
+        int missingStrings = 0;
     } cases[] = {
         {"2.3 structure", Dimm(0x1B), "1|17179869184|DDR4|3200|CPU1_DIMM_A1|NODE 1|Samsung|03A1B2C3|M393A2K43DB3-CWE"},
         {"3.3 extended size and speed",
@@ -59,11 +61,13 @@ TEST(SmbiosDecodeTest, MemoryDevicesAcrossVersionsEscapesAndEmptySlots)
         {"numbered placeholders", Dimm(0x28).String(0x17, "Manufacturer0").String(0x18, "SerNum0").String(0x1A, "PartNum0"),
          "1|17179869184|DDR4|3200|CPU1_DIMM_A1|NODE 1|||"},
         {"string numbers past the set, type out of table", Dimm(0x28).Byte(0x17, 9).Byte(0x18, 200).Byte(0x12, 0x7F),
-         "1|17179869184||3200|CPU1_DIMM_A1|NODE 1|||M393A2K43DB3-CWE"},
+         "1|17179869184||3200|CPU1_DIMM_A1|NODE 1|||M393A2K43DB3-CWE", 2},
         {"header only", SmbiosBuilder(17, 0x1102, 4), "0|0||0|||||"},
     };
     for (const Case& c : cases) {
+        LogCapture log;
         const SmbiosMemoryDevice d = DecodeMemoryDevice(Parsed(c.structure));
+        EXPECT_EQ(c.missingStrings, log.Count("[repo] SMBIOS structure of type 17, handle 4352, names string")) << c.name;
         EXPECT_EQ(c.expected, Join({std::to_string(d.installed), std::to_string(d.sizeBytes), d.memoryType,
                                     std::to_string(d.speedMts), d.locator, d.bankLocator, d.manufacturer,
                                     d.serialNumber, d.partNumber}))

@@ -1,5 +1,6 @@
 #include "xmodule/linux/smbiosdecode.h"
 
+#include "kestro/xmodule/log.h"
 #include "xmodule/linux/valueformat.h"
 
 #include <boost/algorithm/string/classification.hpp>
@@ -128,9 +129,19 @@ struct TextField {
     std::string Record::*member;
 };
 
+void LogMissingString(const SmbiosStructure& structure, std::size_t offset)
+{
+    std::uint8_t number = 0;
+    if (GetSmbiosByte(structure, offset, number) && number > structure.strings.size())
+        XLOG(LOG_WARN) << "[repo] SMBIOS structure of type " << int(structure.type) << ", handle " << structure.handle
+                       << ", names string " << int(number) << " at offset " << offset << " but has "
+                       << structure.strings.size();
+}
+
 // Control bytes would break the XML file; they become blanks, which trimming folds.
 std::string TextAt(const SmbiosStructure& structure, std::size_t offset)
 {
+    LogMissingString(structure, offset);
     std::string text = GetSmbiosStringAt(structure, offset);
     for (char& c : text)
         if (static_cast<unsigned char>(c) < 0x20 || c == 0x7F) c = ' ';
