@@ -3,6 +3,7 @@
 #include "kestro/systemtype/iscfcsystem.h"
 #include "kestro/systemtype/isgrantly.h"
 #include "kestro/xmodule/rootprefix.h"
+#include "kestro/xmodule/unreadable.h"
 #include "support/logcapture.h"
 #include "support/smbiosbuilder.h"
 #include "support/tempdir.h"
@@ -111,9 +112,10 @@ TEST_F(CheckMachineTypeTest, AnswersFalseWithALogLineWhenAnAnswerIsOutOfReach)
     }
     {
         boost::filesystem::remove(root.Path() + "/sys/firmware/dmi/tables/DMI");
+        XModule::ClearUnreadableNotes();
         LogCapture log;
         EXPECT_FALSE(XModule::CheckMachineType(local).Check(XModule::CFC_SYSTEMS_LIST));
-        EXPECT_EQ(1, log.Count("[repo] Unable to read the SMBIOS table")) << log.Dump();
+        EXPECT_EQ(1, log.Count("[repo] Unable to read /sys/firmware/dmi/tables/DMI")) << log.Dump();
     }
 }
 

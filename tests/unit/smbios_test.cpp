@@ -1,6 +1,7 @@
 #include "xmodule/linux/smbios.h"
 
 #include "kestro/xmodule/rootprefix.h"
+#include "kestro/xmodule/unreadable.h"
 #include "support/logcapture.h"
 #include "support/smbiosbuilder.h"
 #include "support/tempdir.h"
@@ -109,9 +110,12 @@ TEST(SmbiosTest, ReadsTheTableUnderTheRootPrefix)
 
     std::string bytes = "untouched";
     {
+        XModule::ClearUnreadableNotes();
         LogCapture log;
         EXPECT_FALSE(XModule::Linux::ReadSmbiosTable(bytes));
-        EXPECT_EQ(1, log.Count("[repo] Unable to read the SMBIOS table " + root.Path() + "/sys/firmware/dmi/tables/DMI"))
+        EXPECT_FALSE(XModule::Linux::ReadSmbiosTable(bytes));
+        EXPECT_EQ(1, log.Count("[repo] Unable to read /sys/firmware/dmi/tables/DMI: No such file or directory; the firmware gives "
+                               "the kernel no SMBIOS table"))
             << log.Dump();
     }
     const std::string table = NormalTable();
@@ -134,5 +138,38 @@ TEST(SmbiosTest, EveryCutOfATableYieldsTheStructuresBeforeTheCut)
         EXPECT_EQ(cut == table.size(), part.size() == whole.size()) << cut;
         EXPECT_EQ(Summary(std::vector<SmbiosStructure>(whole.begin(), whole.begin() + part.size())), Summary(part))
             << cut;
+    }
+}
+
+TEST(SmbiosTest, EntryPointsGiveTheirVersionWhenWhole)
+{
+    const std::string v2 = SmbiosEntryPoint2Bytes(2, 8);
+    const std::string v3 = SmbiosEntryPoint3Bytes(3, 3, 1);
+    std::string badSum = v3;
+    badSum[0x10] ^= 1;
+    std::string longer = v2;
+    longer[0x05] = 0x40;
+    struct Case {
+        const char* name;
+        std::string bytes;
+        const char* expected;  // "major.minor.docrev", or the log line of a refusal
+    } cases[] = {
+        {"2.x", v2, "2.8.0"},
+        {"3.x", v3, "3.3.1"},
+        {"3.x with bytes after it", v3 + "junk", "3.3.1"},
+        {"checksum off by one bit", badSum, "[repo] SMBIOS entry point _SM3_ has a wrong checksum"},
+        {"length past the bytes", longer, "[repo] SMBIOS entry point _SM_ claims 64 bytes of 31"},
+        {"cut after the anchor", v3.substr(0, 6), "[repo] SMBIOS entry point _SM3_ is cut short at 6 bytes"},
+        {"unknown anchor", "_DMI_" + v2.substr(5), "[repo] SMBIOS entry point of 31 bytes has no known anchor"},
+        {"empty", "", "[repo] SMBIOS entry point of 0 bytes has no known anchor"},
+    };
+    for (const Case& c : cases) {
+        LogCapture log;
+        XModule::Linux::SmbiosVersion version;
+        const bool parsed = XModule::Linux::ParseSmbiosEntryPoint(c.bytes, version);
+        const std::string got = parsed ? std::to_string(version.major) + "." + std::to_string(version.minor) + "." +
+                                             std::to_string(version.docrev)
+                                       : (log.Records().empty() ? "" : log.Records()[0].second);
+        EXPECT_EQ(c.expected, got) << c.name;
     }
 }

@@ -1,12 +1,10 @@
 #include "xmodule/linux/smbios.h"
 
 #include "kestro/xmodule/log.h"
-#include "kestro/xmodule/rootprefix.h"
+#include "kestro/xmodule/unreadable.h"
+#include "xmodule/linux/hostfiles.h"
 
-#include <cerrno>
 #include <cstring>
-#include <fstream>
-#include <iterator>
 
 namespace XModule {
 namespace Linux {
@@ -14,6 +12,22 @@ namespace Linux {
 namespace {
 
 const char kDmiTable[] = "/sys/firmware/dmi/tables/DMI";
+const char kEntryPoint[] = "/sys/firmware/dmi/tables/smbios_entry_point";
+
+// Where each form of entry point keeps its length and version bytes.
+struct EntryPointForm {
+    const char* anchor;
+    std::size_t lengthOffset;
+    std::size_t shortestLength;  // some 2.x firmware writes 0x1E for 0x1F
+    std::size_t majorOffset;
+    std::size_t minorOffset;
+    std::size_t docrevOffset;  // 0: the form has none
+};
+
+const EntryPointForm kEntryPointForms[] = {
+    {"_SM3_", 0x06, 0x18, 0x07, 0x08, 0x09},
+    {"_SM_", 0x05, 0x1E, 0x06, 0x07, 0},
+};
 
 // Type, length and a 16-bit handle.
 const std::size_t kHeaderSize = 4;
@@ -60,7 +74,51 @@ bool ParseStructure(const std::string& bytes, std::size_t at, SmbiosStructure& s
     return true;
 }
 
+bool HasChecksumZero(const std::string& bytes, std::size_t length)
+{
+    unsigned sum = 0;
+    for (std::size_t at = 0; at < length; ++at) sum += ByteAt(bytes, at);
+    return (sum & 0xFF) == 0;
+}
+
+bool ParseEntryPointForm(const std::string& bytes, const EntryPointForm& form, SmbiosVersion& version)
+{
+    if (bytes.size() <= form.lengthOffset) {
+        XLOG(LOG_WARN) << "[repo] SMBIOS entry point " << form.anchor << " is cut short at " << bytes.size() << " bytes";
+        return false;
+    }
+    const std::size_t length = ByteAt(bytes, form.lengthOffset);
+    if (length < form.shortestLength || length > bytes.size()) {
+        XLOG(LOG_WARN) << "[repo] SMBIOS entry point " << form.anchor << " claims " << length << " bytes of "
+                       << bytes.size();
+        return false;
+    }
+    if (!HasChecksumZero(bytes, length)) {
+        XLOG(LOG_WARN) << "[repo] SMBIOS entry point " << form.anchor << " has a wrong checksum";
+        return false;
+    }
+    version.major = ByteAt(bytes, form.majorOffset);
+    version.minor = ByteAt(bytes, form.minorOffset);
+    version.docrev = form.docrevOffset ? ByteAt(bytes, form.docrevOffset) : 0;
+    return true;
+}
+
+template <typename Number>
+bool GetLittleEndian(const SmbiosStructure& structure, std::size_t offset, Number& value)
+{
+    if (offset > structure.formatted.size() || structure.formatted.size() - offset < sizeof(Number)) return false;
+    Number read = 0;
+    for (std::size_t i = sizeof(Number); i-- > 0;) read = static_cast<Number>((read << 8) | ByteAt(structure.formatted, offset + i));
+    value = read;
+    return true;
+}
+
 }  // namespace
+
+bool SmbiosVersion::AtLeast(int wantedMajor, int wantedMinor) const
+{
+    return major > wantedMajor || (major == wantedMajor && minor >= wantedMinor);
+}
 
 std::vector<SmbiosStructure> ParseSmbiosTable(const std::string& bytes)
 {
@@ -93,6 +151,26 @@ std::string GetSmbiosStringAt(const SmbiosStructure& structure, std::size_t offs
     return GetSmbiosString(structure, ByteAt(structure.formatted, offset));
 }
 
+bool GetSmbiosByte(const SmbiosStructure& structure, std::size_t offset, std::uint8_t& value)
+{
+    return GetLittleEndian(structure, offset, value);
+}
+
+bool GetSmbiosWord(const SmbiosStructure& structure, std::size_t offset, std::uint16_t& value)
+{
+    return GetLittleEndian(structure, offset, value);
+}
+
+bool GetSmbiosDword(const SmbiosStructure& structure, std::size_t offset, std::uint32_t& value)
+{
+    return GetLittleEndian(structure, offset, value);
+}
+
+bool GetSmbiosQword(const SmbiosStructure& structure, std::size_t offset, std::uint64_t& value)
+{
+    return GetLittleEndian(structure, offset, value);
+}
+
 const SmbiosStructure* FindSmbiosStructure(const std::vector<SmbiosStructure>& table, std::uint8_t type)
 {
     for (std::size_t i = 0; i < table.size(); ++i)
@@ -100,17 +178,26 @@ const SmbiosStructure* FindSmbiosStructure(const std::vector<SmbiosStructure>& t
     return nullptr;
 }
 
+bool ParseSmbiosEntryPoint(const std::string& bytes, SmbiosVersion& version)
+{
+    for (const EntryPointForm& form : kEntryPointForms)
+        if (bytes.compare(0, std::strlen(form.anchor), form.anchor) == 0) return ParseEntryPointForm(bytes, form, version);
+    XLOG(LOG_WARN) << "[repo] SMBIOS entry point of " << bytes.size() << " bytes has no known anchor";
+    return false;
+}
+
 bool ReadSmbiosTable(std::string& bytes)
 {
-    const std::string path = RootedPath(kDmiTable);
-    std::ifstream in(path.c_str(), std::ios::binary);
-    if (!in) {
-        XLOG(LOG_WARN) << "[repo] Unable to read the SMBIOS table " << path << ": " << std::strerror(errno);
-        return false;
-    }
-    bytes.assign(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
-    return true;
+    std::string why;
+    if (HostFiles::Read(kDmiTable, bytes, &why)) return true;
+    // Present but refused is the normal user's case; absent is the virtual machine's.
+    const char* hint = HostFiles::Exists(kDmiTable) ? "; run as root for serial numbers, DIMMs, slots, fans and power supplies"
+                                                    : "; the firmware gives the kernel no SMBIOS table";
+    NoteUnreadable(kDmiTable, why + hint);
+    return false;
 }
+
+bool ReadSmbiosEntryPoint(std::string& bytes) { return HostFiles::Read(kEntryPoint, bytes); }
 
 }  // namespace Linux
 }  // namespace XModule

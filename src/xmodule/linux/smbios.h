@@ -13,8 +13,25 @@ namespace Linux {
 enum SmbiosType {
     SMBIOS_BIOS_INFORMATION = 0,
     SMBIOS_SYSTEM_INFORMATION = 1,
+    SMBIOS_BASEBOARD_INFORMATION = 2,
+    SMBIOS_SYSTEM_ENCLOSURE = 3,
     SMBIOS_PROCESSOR_INFORMATION = 4,
+    SMBIOS_CACHE_INFORMATION = 7,
+    SMBIOS_SYSTEM_SLOTS = 9,
+    SMBIOS_PHYSICAL_MEMORY_ARRAY = 16,
+    SMBIOS_MEMORY_DEVICE = 17,
+    SMBIOS_COOLING_DEVICE = 27,
+    SMBIOS_SYSTEM_POWER_SUPPLY = 39,
+    SMBIOS_ONBOARD_DEVICES_EXTENDED = 41,
     SMBIOS_END_OF_TABLE = 127
+};
+
+// The version the firmware claims for its table; some fields mean different things before a version.
+struct SmbiosVersion {
+    int major = 0;
+    int minor = 0;
+    int docrev = 0;
+    bool AtLeast(int wantedMajor, int wantedMinor) const;
 };
 
 // One structure of the table: the formatted area (header included) and its string set.
@@ -37,12 +54,25 @@ std::string GetSmbiosString(const SmbiosStructure& structure, std::size_t number
 // shorter (an older SMBIOS version) or the byte names no string.
 std::string GetSmbiosStringAt(const SmbiosStructure& structure, std::size_t offset);
 
+// A little-endian field of the formatted area; false when the structure is too short to hold it
+// (an older SMBIOS version), and `value` is left alone.
+bool GetSmbiosByte(const SmbiosStructure& structure, std::size_t offset, std::uint8_t& value);
+bool GetSmbiosWord(const SmbiosStructure& structure, std::size_t offset, std::uint16_t& value);
+bool GetSmbiosDword(const SmbiosStructure& structure, std::size_t offset, std::uint32_t& value);
+bool GetSmbiosQword(const SmbiosStructure& structure, std::size_t offset, std::uint64_t& value);
+
 // The first structure of `type`, or null.
 const SmbiosStructure* FindSmbiosStructure(const std::vector<SmbiosStructure>& table, std::uint8_t type);
 
-// The raw structure table as the kernel exports it, under the root prefix. False, with a
-// log line, when it is missing or unreadable (it is readable by root only).
+// The version of a 2.x ("_SM_") or 3.x ("_SM3_") entry point. False, with a log line, when the
+// anchor, the length or the checksum is wrong.
+bool ParseSmbiosEntryPoint(const std::string& bytes, SmbiosVersion& version);
+
+// The raw structure table as the kernel exports it, under the root prefix. False when it is
+// missing or unreadable (it is readable by root only); the source is then noted as unreadable.
 bool ReadSmbiosTable(std::string& bytes);
+// The entry point beside the table; false, without a note, when it cannot be read.
+bool ReadSmbiosEntryPoint(std::string& bytes);
 
 }  // namespace Linux
 }  // namespace XModule

@@ -2,7 +2,9 @@
 
 #include "xmodule/protocol/hardwareinfo.h"
 
+#include <cerrno>
 #include <cstdio>
+#include <cstdlib>
 
 namespace XModule {
 namespace Linux {
@@ -67,6 +69,17 @@ std::string TextOrUnknown(const std::string& text)
 {
     const std::string trimmed = TrimText(text);
     return trimmed.empty() ? std::string(protocol::UNKNOWN_VALUE) : trimmed;
+}
+
+bool ParseDecimal(const std::string& text, std::uint64_t& value)
+{
+    const std::string number = TrimText(text);
+    if (number.empty() || number.find_first_not_of("0123456789") != std::string::npos) return false;
+    errno = 0;
+    const unsigned long long parsed = std::strtoull(number.c_str(), nullptr, 10);
+    if (errno == ERANGE) return false;
+    value = parsed;
+    return true;
 }
 
 }  // namespace Linux

@@ -23,6 +23,8 @@ std::string FormatYesNo(bool yes);
 std::string TrimText(const std::string& text);
 // The text itself, or "N/A" when it is empty after trimming.
 std::string TextOrUnknown(const std::string& text);
+// A whole decimal number, blanks around it allowed ("2400000\n" from sysfs); false for anything else.
+bool ParseDecimal(const std::string& text, std::uint64_t& value);
 
 }  // namespace Linux
 }  // namespace XModule

@@ -1,0 +1,289 @@
+#include "xmodule/linux/dmiinventory.h"
+
+#include "kestro/xmodule/unreadable.h"
+#include "support/fixturehost.h"
+#include "support/logcapture.h"
+#include "support/smbiosbuilder.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+using namespace XModule::Linux;
+using namespace XModule::protocol;
+
+namespace {
+
+struct CpuShape {
+    int packages;
+    int cores;    // per package
+    int threads;  // per core
+    const char* model;
+    const char* modelName;
+    const char* megahertz;
+    const char* kilohertz;  // scaling_cur_freq; none when empty
+};
+
+// Numbered as Linux numbers Intel CPUs: every package's first threads, then their siblings.
+void WriteCpus(const TempDir& dir, const CpuShape& shape)
+{
+    const int perThread = shape.packages * shape.cores;
+    std::string cpuinfo;
+    for (int cpu = 0; cpu < perThread * shape.threads; ++cpu) {
+        const int core = cpu % perThread;
+        const std::string package = std::to_string(core / shape.cores);
+        std::string siblings;
+        for (int t = 0; t < shape.threads; ++t) siblings += (t ? "," : "") + std::to_string(core + t * perThread);
+        cpuinfo += "processor\t: " + std::to_string(cpu) + "\nvendor_id\t: GenuineIntel\ncpu family\t: 6\nmodel\t\t: " +
+                   shape.model + "\nmodel name\t: " + shape.modelName + "\nstepping\t: 6\ncpu MHz\t\t: " + shape.megahertz +
+                   "\nphysical id\t: " + package + "\nsiblings\t: " + std::to_string(shape.cores * shape.threads) +
+                   "\ncore id\t\t: " + std::to_string(core % shape.cores) + "\ncpu cores\t: " +
+                   std::to_string(shape.cores) + "\nflags\t\t: fpu vme de pse tsc msr pae mce\n\n";
+        const std::string folder = "sys/devices/system/cpu/cpu" + std::to_string(cpu) + "/";
+        dir.Write(folder + "topology/physical_package_id", package + "\n");
+        dir.Write(folder + "topology/core_cpus_list", siblings + "\n");
+        dir.Write(folder + "topology/thread_siblings_list", siblings + "\n");
+        if (*shape.kilohertz) dir.Write(folder + "cpufreq/scaling_cur_freq", std::string(shape.kilohertz) + "\n");
+        const char* const caches[][3] = {{"1", "Data", "48K"}, {"1", "Instruction", "32K"}, {"2", "Unified", "1280K"},
+                                         {"3", "Unified", "49152K"}};
+        for (int i = 0; i < 4; ++i) {
+            const std::string index = folder + "cache/index" + std::to_string(i) + "/";
+            dir.Write(index + "level", std::string(caches[i][0]) + "\n");
+            dir.Write(index + "type", std::string(caches[i][1]) + "\n");
+            dir.Write(index + "size", std::string(caches[i][2]) + "\n");
+        }
+    }
+    dir.Write("proc/cpuinfo", cpuinfo);
+}
+
+const CpuShape kTwoSocketXeon = {2, 2, 2, "106", "Intel(R) Xeon(R) Gold 6338 CPU @ 2.00GHz", "2000.000", "1999968"};
+
+// Root reads everything, so a file a normal user may not read is stood in for by a folder.
+void WriteUnreadable(const TempDir& dir, const std::string& relative) { dir.Write(relative + "/stand-in", ""); }
+
+SmbiosBuilder Socket(std::uint16_t handle, const char* name, std::uint16_t firstCache)
+{
+    return SmbiosBuilder(4, handle, 0x30).String(0x04, name).Byte(0x05, 3).Byte(0x06, 0xB3)
+        .String(0x07, "Intel(R) Corporation").Dword(0x08, 0x000606A6).String(0x10, "Intel(R) Xeon(R) Gold 6338 CPU @ 2.00GHz")
+        .Word(0x16, 2000).Byte(0x18, 0x41).Word(0x1A, firstCache).Word(0x1C, firstCache + 1).Word(0x1E, firstCache + 2)
+        .String(0x20, "Not Specified").Byte(0x23, 32).Byte(0x24, 32).Byte(0x25, 64).Word(0x26, 0x00FC);
+}
+
+// Sizes from 32 GiB on take the extended field.
+SmbiosBuilder Dimm(std::uint16_t handle, std::uint16_t array, std::uint32_t mebibytes, const char* locator, const char* maker,
+                   const char* serial, const char* part)
+{
+    return SmbiosBuilder(17, handle, 0x5C).Word(0x04, array).Word(0x0C, std::min<std::uint32_t>(mebibytes, 0x7FFF))
+        .Dword(0x1C, mebibytes).String(0x10, locator)
+        .String(0x11, "NODE 1").Byte(0x12, 0x1A).Word(0x15, 0xFFFF).Dword(0x54, 3200).String(0x17, maker)
+        .String(0x18, serial).String(0x1A, part);
+}
+
+// A two-socket rack server as its firmware describes it.
+std::string ServerTable()
+{
+    const std::string uuid("\x78\x56\x34\x12\x34\x12\x78\x56\x12\x34\x56\x78\x9a\xbc\xde\xf0", 16);
+    std::string table =
+        SmbiosBuilder(0, 0x0000, 0x1A).String(0x04, "Lenovo").String(0x05, "U8E122J-1.51").String(0x08, "03/15/2023").Bytes() +
+        SmbiosBuilder(1, 0x0001, 0x1B).String(0x04, "Lenovo").String(0x05, "ThinkSystem SR650 V2").String(0x06, "06")
+            .String(0x07, "J30ABCDE").Raw(0x08, uuid).String(0x19, "7Z73CTO1WW").String(0x1A, "ThinkSystem").Bytes() +
+        SmbiosBuilder(2, 0x0002, 0x0F).String(0x04, "Lenovo").String(0x05, "7X07").String(0x06, "05")
+            .String(0x07, "L1HF1AB00XY").Byte(0x0D, 0x0A).Bytes() +
+        SmbiosBuilder(3, 0x0003, 0x16).String(0x04, "Lenovo").Byte(0x05, 0x17).String(0x06, "None")
+            .String(0x07, "J30ABCDE").Bytes() +
+        Socket(0x0400, "CPU1", 0x0700).Bytes() + Socket(0x0401, "CPU2", 0xFFFF).Word(0x1C, 0xFFFF).Word(0x1E, 0xFFFF).Bytes();
+    for (std::uint16_t level = 0; level < 3; ++level)
+        table += SmbiosBuilder(7, 0x0700 + level, 0x1B).Word(0x05, 0x0180 | level).Bytes();
+    table += SmbiosBuilder(9, 0x0900, 0x11).String(0x04, "SLOT 1").Byte(0x05, 0xBD).Byte(0x07, 4).Word(0x0D, 0)
+                 .Byte(0x0F, 0x17).Byte(0x10, 0x00).Bytes() +
+             SmbiosBuilder(9, 0x0901, 0x11).String(0x04, "SLOT 2").Byte(0x05, 0xB6).Byte(0x07, 3).Word(0x0D, 0)
+                 .Byte(0x0F, 0xFF).Byte(0x10, 0xFF).Bytes() +
+             SmbiosBuilder(41, 0x4100, 0x0B).String(0x04, "NIC1").Byte(0x05, 0x85).Byte(0x06, 1).Byte(0x09, 0x01).Bytes() +
+             SmbiosBuilder(16, 0x1000, 0x17).Byte(0x04, 3).Byte(0x05, 3).Byte(0x06, 6).Bytes() +
+             SmbiosBuilder(16, 0x1001, 0x17).Byte(0x04, 3).Byte(0x05, 4).Byte(0x06, 3).Bytes() +
+             Dimm(0x1100, 0x1000, 32768, "CPU1_DIMM_A1", "Samsung", "03A1B2C3", "M393A4K40DB3-CWE").Bytes() +
+             Dimm(0x1101, 0x1000, 0, "CPU1_DIMM_A2", "NO DIMM", "NO DIMM", "NO DIMM").Bytes() +
+             Dimm(0x1102, 0x1001, 512, "VIDEO", "Matrox", "1", "G200").Bytes() +
+             Dimm(0x1103, 0x1000, 65536, "CPU2_DIMM_B1", "SK Hynix", "2F5E7A11", "HMAA8GR7AJR4N-XN").Bytes() +
+             SmbiosBuilder(27, 0x2700, 0x0F).Word(0x04, 0xFFFF).Byte(0x06, 0x63).Word(0x0C, 12000).String(0x0E, "Fan 1").Bytes() +
+             SmbiosBuilder(27, 0x2701, 0x0E).Word(0x04, 0xFFFF).Byte(0x06, 0xA5).Word(0x0C, 0x8000).Bytes() +
+             SmbiosBuilder(39, 0x3900, 0x16).String(0x05, "Rear bay 1").String(0x06, "PSU1").String(0x07, "ACBEL")
+                 .String(0x08, "D1DG12345").String(0x0A, "FSP1100").Word(0x0C, 1100).Word(0x0E, 0x0183).Bytes() +
+             SmbiosBuilder(39, 0x3901, 0x16).String(0x05, "Rear bay 2").String(0x06, "PSU2").Word(0x0C, 0x8000)
+                 .Word(0x0E, 0x0101).Bytes() +
+             EndOfTableBytes(0xFEFF);
+    return table;
+}
+
+const char kUdevDmiRecord[] =
+    "I:5871234\nE:MEMORY_ARRAY_LOCATION=System Board Or Motherboard\nE:MEMORY_ARRAY_EC_TYPE=Multi-bit ECC\n"
+    "E:MEMORY_ARRAY_MAX_CAPACITY=6597069766656\nE:MEMORY_DEVICE_0_TOTAL_WIDTH=72\nE:MEMORY_DEVICE_0_SIZE=34359738368\n"
+    "E:MEMORY_DEVICE_0_FORM_FACTOR=DIMM\nE:MEMORY_DEVICE_0_LOCATOR=CPU1_DIMM_A1\nE:MEMORY_DEVICE_0_BANK_LOCATOR=NODE 1\n"
+    "E:MEMORY_DEVICE_0_TYPE=DDR4\nE:MEMORY_DEVICE_0_SPEED_MTS=3200\nE:MEMORY_DEVICE_0_MANUFACTURER=Samsung\n"
+    "E:MEMORY_DEVICE_0_SERIAL_NUMBER=03A1B2C3\nE:MEMORY_DEVICE_0_PART_NUMBER=M393A4K40DB3-CWE\n"
+    "E:MEMORY_DEVICE_1_PRESENT=0\nE:MEMORY_DEVICE_1_FORM_FACTOR=DIMM\nE:MEMORY_DEVICE_1_LOCATOR=CPU1_DIMM_A2\n"
+    "E:MEMORY_DEVICE_1_TYPE=Unknown\nE:MEMORY_DEVICE_1_MANUFACTURER=NO DIMM\nE:MEMORY_DEVICE_10_SIZE=68719476736\n"
+    "E:MEMORY_DEVICE_10_LOCATOR=CPU2_DIMM_B1\nE:MEMORY_DEVICE_10_TYPE=DDR4\nE:MEMORY_DEVICE_10_MANUFACTURER=SK Hynix\n"
+    "E:MEMORY_DEVICE_10_PART_NUMBER=HMAA8GR7AJR4N-XN\nE:MEMORY_DEVICE_NUMBER=x\nG:systemd\n";
+
+// The user-readable part of /sys/class/dmi/id on the same server; serial numbers and UUID are root-only.
+void WriteDmiId(const TempDir& dir)
+{
+    const char* const attributes[][2] = {
+        {"sys_vendor", "Lenovo"},          {"product_name", "ThinkSystem SR650 V2"}, {"product_version", "06"},
+        {"product_sku", "7Z73CTO1WW"},     {"product_family", "ThinkSystem"},        {"board_vendor", "Lenovo"},
+        {"board_name", "7X07"},            {"board_version", "05"},                  {"chassis_vendor", "Lenovo"},
+        {"chassis_type", "23"},            {"chassis_version", "None"},              {"bios_vendor", "Lenovo"},
+        {"bios_version", "U8E122J-1.51"},  {"bios_date", "03/15/2023"},
+    };
+    for (const auto& attribute : attributes) dir.Write(std::string("sys/class/dmi/id/") + attribute[0], std::string(attribute[1]) + "\n");
+    for (const char* secret : {"product_serial", "product_uuid", "board_serial", "chassis_serial"})
+        WriteUnreadable(dir, std::string("sys/class/dmi/id/") + secret);
+}
+
+std::string Join(std::initializer_list<std::string> parts)
+{
+    std::string text;
+    for (const std::string& part : parts) text += (text.empty() ? "" : "|") + part;
+    return text;
+}
+
+struct Inventory {
+    std::vector<std::string> systems, processors, memory, cards, fans, power, noteSources;
+    bool whitley = false;
+};
+
+Inventory Collect()
+{
+    XModule::ClearUnreadableNotes();
+    std::vector<ComputerSystem> systems;
+    std::vector<Processor> processors;
+    std::vector<Memory> memory;
+    std::vector<SystemCard> cards;
+    std::vector<FanInband> fans;
+    std::vector<PowerInband> power;
+    CollectComputerSystems(systems);
+    CollectProcessors(processors);
+    CollectMemory(memory);
+    CollectSystemCards(cards);
+    CollectSmbiosFans(fans);
+    CollectSmbiosPowerSupplies(power);
+    Inventory got;
+    got.whitley = IsWhitleyPlatform();
+    for (const auto& s : systems)
+        got.systems.push_back(Join({s.Manufacturer, s.ProductName, s.Model, s.SerialNumber, s.SystemUUID, s.Version, s.CurrentNodeIndex}));
+    for (const auto& p : processors)
+        got.processors.push_back(Join({p.Core, p.Manufacturer, p.Version, p.Stepping, p.CurrentClockSpeed, p.Status,
+                                       p.HyperThreadingSupported, p.HyperThreadingStatus, p.Level1CacheOperationalMode,
+                                       p.Level1CacheEnabled, p.Level2CacheOperationalMode, p.Level2CacheEnabled,
+                                       p.Level3CacheOperationalMode, p.Level3CacheEnabled, p.SerialNumber}));
+    for (const auto& m : memory)
+        got.memory.push_back(Join({m.Tag, m.BankLabel, m.Capacity, m.MemoryTypeA, m.MaxSpeed, m.ErrorCorrectionType,
+                                   m.Manufacturer, m.PartNumber, m.SerialNumber}));
+    for (const auto& c : cards) got.cards.push_back(Join({c.Type, c.Manufacturer, c.Version, c.SerialNumber}));
+    for (const auto& f : fans) got.fans.push_back(Join({f.ElementName, f.HealthState, f.DesiredSpeed}));
+    for (const auto& p : power) got.power.push_back(Join({p.ElementName, p.HealthState, p.TotalOutputPower}));
+    for (const std::string& note : XModule::GetUnreadableNotes()) got.noteSources.push_back(note.substr(0, note.find(": ")));
+    return got;
+}
+
+using Lines = std::vector<std::string>;
+
+}  // namespace
+
+TEST(DmiInventoryTest, TwoSocketServerAsRootSeesIt)
+{
+    FixtureHost host("");
+    WriteCpus(host.Dir(), kTwoSocketXeon);
+    host.Dir().Write("sys/devices/system/cpu/cpu0/topology/ppin", "0x2a5d0c1f3e7b9a41\n");
+    host.Dir().Write("sys/devices/system/cpu/cpu1/topology/ppin", "0x2a5d0c1f3e7b9a41\n");
+    host.Dir().Write("sys/devices/system/cpu/cpu2/topology/ppin", "0x7c13e58f02d4b6a9\n");
+    WriteSmbiosEntryPoint(host.Dir(), SmbiosEntryPoint3Bytes(3, 3, 0));
+    WriteDmiTable(host.Dir(), ServerTable());
+
+    const Inventory got = Collect();
+    EXPECT_EQ(Lines({"Lenovo|ThinkSystem SR650 V2|7Z73CTO1WW|J30ABCDE|12345678-1234-5678-1234-56789abcdef0|06|0"}), got.systems);
+    EXPECT_EQ(Lines({"CPU1 (32 cores, 64 threads)|Intel(R) Corporation|Intel(R) Xeon(R) Gold 6338 CPU @ 2.00GHz|6|2000|"
+                     "CPU Enabled|Yes|Enabled|Write Back|Yes|Write Back|Yes|Write Back|Yes|0x2a5d0c1f3e7b9a41",
+                     "CPU2 (32 cores, 64 threads)|Intel(R) Corporation|Intel(R) Xeon(R) Gold 6338 CPU @ 2.00GHz|6|2000|"
+                     "CPU Enabled|Yes|Enabled|N/A|Yes|N/A|Yes|N/A|Yes|0x7c13e58f02d4b6a9"}),
+              got.processors);
+    EXPECT_EQ(Lines({"CPU1_DIMM_A1|NODE 1|32 GiB|DDR4|3200|Multi-bit ECC|Samsung|M393A4K40DB3-CWE|03A1B2C3",
+                     "CPU2_DIMM_B1|NODE 1|64 GiB|DDR4|3200|Multi-bit ECC|SK Hynix|HMAA8GR7AJR4N-XN|2F5E7A11"}),
+              got.memory);
+    EXPECT_EQ(Lines({"BIOS (2023-03-15)|Lenovo|U8E122J-1.51|N/A", "Baseboard: 7X07 (Motherboard)|Lenovo|05|L1HF1AB00XY",
+                     "Chassis: Rack Mount Chassis|Lenovo|N/A|J30ABCDE",
+                     "Slot: PCI Express 4 x16 (SLOT 1, In Use, 0000:17:00.0)|N/A|N/A|N/A",
+                     "Slot: PCI Express 3 x16 (SLOT 2, Available)|N/A|N/A|N/A",
+                     "Onboard: Ethernet (NIC1, Enabled, 0000:01:00.0)|N/A|N/A|N/A"}),
+              got.cards);
+    EXPECT_EQ(Lines({"Fan 1|OK|12000", "Chip Fan 2|Critical|N/A"}), got.fans);
+    EXPECT_EQ(Lines({"PSU1|OK|1100", "PSU2|Not Present|N/A"}), got.power);
+    EXPECT_TRUE(got.whitley);
+    EXPECT_EQ(Lines(), got.noteSources);
+}
+
+TEST(DmiInventoryTest, DamagedTableWithoutEntryPointGivesWhatPrecedesTheDamage)
+{
+    FixtureHost host("");
+    WriteCpus(host.Dir(), kTwoSocketXeon);
+    const std::string table = ServerTable();
+    const std::size_t secondDimm = table.find("CPU1_DIMM_A2");
+    WriteDmiTable(host.Dir(), table.substr(0, secondDimm));
+
+    LogCapture log;
+    const Inventory got = Collect();
+    EXPECT_EQ(1, log.Count("[repo] SMBIOS table is cut short or damaged")) << log.Dump();
+    EXPECT_EQ(1, log.Count("[repo] No usable SMBIOS entry point; the table is read as version 3.3")) << log.Dump();
+    EXPECT_EQ(Lines({"Lenovo|ThinkSystem SR650 V2|7Z73CTO1WW|J30ABCDE|12345678-1234-5678-1234-56789abcdef0|06|0"}), got.systems);
+    EXPECT_EQ(Lines({"CPU1_DIMM_A1|NODE 1|32 GiB|DDR4|3200|Multi-bit ECC|Samsung|M393A4K40DB3-CWE|03A1B2C3"}), got.memory);
+    EXPECT_EQ(2u, got.processors.size());
+    EXPECT_EQ(Lines(), got.fans);
+}
+
+TEST(DmiInventoryTest, NormalUserFallsBackToDmiIdUdevAndCpuinfo)
+{
+    FixtureHost host("");
+    WriteCpus(host.Dir(), kTwoSocketXeon);
+    host.Dir().Write("sys/devices/system/cpu/cpu0/cache/index2/write_policy", "WriteBack\n");
+    WriteUnreadable(host.Dir(), "sys/devices/system/cpu/cpu0/topology/ppin");
+    WriteUnreadable(host.Dir(), "sys/firmware/dmi/tables/DMI");
+    WriteUnreadable(host.Dir(), "sys/firmware/dmi/tables/smbios_entry_point");
+    WriteDmiId(host.Dir());
+    host.Dir().Write("run/udev/data/+dmi:id", kUdevDmiRecord);
+
+    const Inventory got = Collect();
+    EXPECT_EQ(Lines({"Lenovo|ThinkSystem SR650 V2|7Z73CTO1WW|N/A|N/A|06|0"}), got.systems);
+    EXPECT_EQ(Lines({"CPU 1 (2 cores, 4 threads)|Intel|Intel(R) Xeon(R) Gold 6338 CPU @ 2.00GHz|6|2000|CPU Enabled|Yes|"
+                     "Enabled|N/A|Yes|Write Back|Yes|N/A|Yes|N/A",
+                     "CPU 2 (2 cores, 4 threads)|Intel|Intel(R) Xeon(R) Gold 6338 CPU @ 2.00GHz|6|2000|CPU Enabled|Yes|"
+                     "Enabled|N/A|Yes|N/A|Yes|N/A|Yes|N/A"}),
+              got.processors);
+    EXPECT_EQ(Lines({"CPU1_DIMM_A1|NODE 1|32 GiB|DDR4|3200|Multi-bit ECC|Samsung|M393A4K40DB3-CWE|03A1B2C3",
+                     "CPU2_DIMM_B1|N/A|64 GiB|DDR4|N/A|Multi-bit ECC|SK Hynix|HMAA8GR7AJR4N-XN|N/A"}),
+              got.memory);
+    EXPECT_EQ(Lines({"BIOS (2023-03-15)|Lenovo|U8E122J-1.51|N/A", "Baseboard: 7X07|Lenovo|05|N/A",
+                     "Chassis: Rack Mount Chassis|Lenovo|N/A|N/A"}),
+              got.cards);
+    EXPECT_EQ(Lines(), got.fans);
+    EXPECT_EQ(Lines(), got.power);
+    EXPECT_EQ(Lines({"/sys/firmware/dmi/tables/DMI", "/sys/class/dmi/id (serial numbers, UUID)",
+                     "/sys/devices/system/cpu/cpu*/topology/ppin"}),
+              got.noteSources);
+}
+
+TEST(DmiInventoryTest, VirtualMachineWithoutAnyDmiStillListsItsProcessor)
+{
+    FixtureHost host("");
+    WriteCpus(host.Dir(), {1, 2, 1, "167", "Intel(R) Xeon(R) Processor", "2599.998", ""});
+
+    const Inventory got = Collect();
+    EXPECT_EQ(Lines({"N/A|N/A|N/A|N/A|N/A|N/A|0"}), got.systems);
+    EXPECT_EQ(Lines({"CPU 1 (2 cores, 2 threads)|Intel|Intel(R) Xeon(R) Processor|6|2600|CPU Enabled|N/A|Disabled|"
+                     "N/A|Yes|N/A|Yes|N/A|Yes|N/A"}),
+              got.processors);
+    EXPECT_EQ(Lines(), got.memory);
+    EXPECT_EQ(Lines(), got.cards);
+    EXPECT_FALSE(got.whitley);
+    EXPECT_EQ(Lines({"/sys/firmware/dmi/tables/DMI", "/sys/class/dmi/id", "udev's DMI record (+dmi:id)"}), got.noteSources);
+}
