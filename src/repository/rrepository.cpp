@@ -16,6 +16,7 @@ const std::string RRepository::INVENTORY_CASES[INVENTORY_CASE_COUNT] = {
 };
 
 const std::string RRepository::COMPARE_SEP = "|||";
+const std::string RRepository::VOLATILE_ATTR = "volatile";
 
 RRepository::RRepository(const XModule::ConnectionInfo& info, RInventoryCase c) : d(new RRepositoryPrivate(this, info, c))
 {

@@ -19,13 +19,17 @@ bool HasNoReference(const pt::ptree& record) { return record.get<std::string>("r
 
 std::string ValueOf(const pt::ptree& property) { return property.get<std::string>("value", std::string()); }
 
+// A value that changes between any two runs (free space, uptime, a process's times) carries the
+// attribute "volatile"; a comparison shows its newer value alone, so it never reads as a change.
+bool IsVolatile(const pt::ptree& property) { return property.count(RRepository::VOLATILE_ATTR) != 0; }
+
 // Changed values of two records of one build, compared property by property in step.
 void MarkChanges(const pt::ptree& a, pt::ptree& b)
 {
     pt::ptree::const_iterator older = a.begin();
     pt::ptree::iterator newer = b.begin();
     for (; older != a.end() && newer != b.end(); ++older, ++newer) {
-        if (older->first != newer->first || !IsRecordKey(newer->first)) continue;
+        if (older->first != newer->first || !IsRecordKey(newer->first) || IsVolatile(newer->second)) continue;
         const std::string oldValue = ValueOf(older->second);
         const std::string newValue = ValueOf(newer->second);
         if (oldValue != newValue) newer->second.put("value", oldValue + RRepository::COMPARE_SEP + newValue);

@@ -28,6 +28,13 @@ std::string Record(const std::string& type, const std::string& name, const std::
            Property("Speed", speed) + "</" + type + ">";
 }
 
+// A record whose Free value changes by itself between runs, as a volume's free space does.
+std::string VolatileRecord(const std::string& name, const std::string& free)
+{
+    return "<Volume><display>Volume</display>" + Property("Name", name) + "<Free><display>Free</display><value>" +
+           free + "</value><volatile/></Free></Volume>";
+}
+
 std::vector<std::string> Values(RRepository& repo, const std::string& type, const std::string& key)
 {
     std::vector<std::string> values;
@@ -61,6 +68,12 @@ TEST(RStoreComparerTest, ComparedValuesShowOldAndNew)
     EXPECT_EQ((Texts{"fan0|||"}), Values(repo, "Fan", "Name"));
     EXPECT_EQ((Texts{"|||sda"}), Values(repo, "Disk", "Name"));
     EXPECT_EQ((Texts{"|||0"}), Values(repo, "Disk", "Speed"));
+
+    RRepository volumes(ConnectNone);
+    ASSERT_TRUE(volumes.ReadXML(dir.Write("v1.xml", File("rhel", VolatileRecord("/", "10 GiB"))),
+                                dir.Write("v2.xml", File("rhel", VolatileRecord("/boot", "9 GiB")))));
+    EXPECT_EQ((Texts{"9 GiB"}), Values(volumes, "Volume", "Free"));
+    EXPECT_EQ((Texts{"/|||/boot"}), Values(volumes, "Volume", "Name"));
 
     std::vector<RInstance*> fans = repo.GetInstances("Fan");
     ASSERT_EQ(1u, fans.size());

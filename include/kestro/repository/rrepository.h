@@ -23,6 +23,9 @@ public:
     static const std::string INVENTORY_CASES[INVENTORY_CASE_COUNT];
     // Stands between the old and the new value of a compared property.
     static const std::string COMPARE_SEP;
+    // The property attribute of a value that changes between any two runs of an unchanged host
+    // (free space, uptime, process times, log entries): a comparison shows it without a change.
+    static const std::string VOLATILE_ATTR;
 
     RRepository(const XModule::ConnectionInfo& info, RInventoryCase c);
     explicit RRepository(ConnectMode mode);
