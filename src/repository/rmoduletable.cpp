@@ -8,6 +8,7 @@
 #include "repository/modules/rcfcstoragedeviceinfoinventorymodule.h"
 #include "repository/modules/rdatasourcemodule.h"
 #include "repository/modules/rexecutionlogmodule.h"
+#include "repository/modules/rhardwareinventorymodule.h"
 #include "repository/modules/rlegacymodule.h"
 #include "repository/modules/rreporthighlightsmodule.h"
 
@@ -39,12 +40,15 @@ const RowModules kRows[] = {
     {RModuleTable::RowCfcInBand,
      {Make<RCFCHardwareInventoryModule>, Make<RCFCFirmwareInventoryModule>, Make<RCFCEnvironmentInfoInventoryModule>,
       Make<RCFCIPMILogsInventoryModule>, Make<RCFCBmcLogsInventoryModule>, Make<RCFCStorageDeviceInfoInventoryModule>,
-      Make<RDataSourceModule>, Make<RReportHighlightsModule>, Make<RExecutionLogModule>, Make<RLegacyModule>}},
+      Make<RDataSourceModule>, Make<RReportHighlightsModule>, Make<RExecutionLogModule>,
+      Make<RLegacyModule>}},
     {RModuleTable::RowCfcOob,
      {Make<RCFCHardwareInventoryModule>, Make<RCFCFirmwareInventoryModule>, Make<RCFCEnvironmentInfoInventoryModule>,
       Make<RCFCIPMILogsInventoryModule>, Make<RCFCBmcLogsInventoryModule>, Make<RCFCStorageDeviceInfoInventoryModule>,
       Make<RDataSourceModule>, Make<RReportHighlightsModule>, Make<RExecutionLogModule>, Make<RLegacyModule>}},
-    {RModuleTable::RowOrdinary, {Make<RDataSourceModule>, Make<RReportHighlightsModule>, Make<RExecutionLogModule>}},
+    {RModuleTable::RowOrdinary,
+     {Make<RDataSourceModule>, Make<RReportHighlightsModule>, 
+      Make<RHardwareInventoryModule>, Make<RExecutionLogModule>}},
 };
 
 void AppendAll(const std::vector<ModuleMaker>& makers, RModuleList& modules)

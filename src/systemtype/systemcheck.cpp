@@ -1,6 +1,7 @@
 #include "kestro/systemtype/systemcheck.h"
 
 #include "kestro/xmodule/kestrodirectory.h"
+#include "xmodule/hardwareinventory/hardwareinventory.h"
 #include "xmodule/rlog.h"
 #include "rest/jsonread.h"
 #include "rest/restsession.h"
@@ -56,6 +57,8 @@ bool SystemCheck::IsRedfishSupported(const ConnectionInfo& connection)
     boost::json::value root;
     return ReadServiceRoot(connection, root) && ServiceRootIsRedfish(root);
 }
+
+bool SystemCheck::IsWhitleyPlatform() { return Hardwareinventory::Hardwareinventory::IsWhitleyPlatform(); }
 
 std::string SystemCheck::GetReleaseName(const ConnectionInfo& connection)
 {

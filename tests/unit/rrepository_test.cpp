@@ -131,8 +131,12 @@ TEST(RRepositoryTest, ModeNoneHasNothingUntilAFileIsRead)
     repo.InitDepModules();
     EXPECT_TRUE(capture.Has(1, "[repo] There is NO matching case for mode: ")) << capture.Dump();
     EXPECT_TRUE(capture.Has(3, "[repo] Set inventory case to  windows"));
-    EXPECT_EQ((std::vector<std::string>{"ApplicationEvent", "DataSource", "ExecutionErrorLog", "QMMMessageLogData",
-                                        "ReportHighlights", "SecurityEvent", "SystemEvent"}),
+    EXPECT_EQ((std::vector<std::string>{"ApplicationEvent", "ComputerSystem", "DataSource", "ExecutionErrorLog",
+                                        "FanInband", "Graphics", "Memory", "Monitor", "OpticalDevice", "OtherDevice",
+                                        "Partition", "PowerInband", "Processor", "QMMMessageLogData",
+                                        "ReportHighlights", "Resolution", "SecurityEvent", "SystemCard", "SystemDevice",
+                                        "SystemEvent", "UsbDevice", "UsbHub", "VideoController", "VideoHead",
+                                        "VirtualDisk", "Volumes_MountPoints"}),
               repo.GetAvailableInstanceTypes());
 }
 
@@ -248,6 +252,7 @@ TEST(RRepositoryTest, ModuleFormRunsEveryModuleAndReportsProgress)
     EXPECT_TRUE(capture.Has(2, "[repo] Type already finished running inventory and will be skipped: SystemEvent"));
     EXPECT_EQ((std::vector<std::string>{"LegacyModule/Legacy Module", "DataSource/Data Source",
                                         "ReportHighlights Module/Report Highlights Module",
+                                        "HardwareInventoryModule/HardwareInventory Module",
                                         "RExecutionLog Module/Execution Log Module"}),
               seen);
     EXPECT_EQ(4u, repo.GetCollectedInstanceTypes().size());

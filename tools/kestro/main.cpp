@@ -3,6 +3,8 @@
 #include "kestro/results/kestroresult.h"
 #include "kestro/systemtype/systemcheck.h"
 #include "kestro/xmodule/log.h"
+#include "kestro/xmodule/rootprefix.h"
+#include "kestro/xmodule/unreadable.h"
 
 #include "options.h"
 #include "progressbar.h"
@@ -45,6 +47,8 @@ const char kUsage[] =
     "  --case NAME       with --redfish: cfc_oob (default), cfc_windows, cfc_rhel or cfc_sles\n"
     "  --ca-file FILE    with --redfish: check the BMC's certificate against this CA bundle\n"
     "                    (otherwise the certificate is not checked)\n"
+    "  --root DIR        inventory of this host: read its files under DIR instead of / (a mounted\n"
+    "                    image, or copies of /sys, /proc, /etc and /run); also $KESTRO_ROOT\n"
     "  --log-level N     1 errors, 2 warnings, 3 progress (default), 4 tracing\n"
     "  --help            show this text\n"
     "  --version         show the tool's version\n"
@@ -184,15 +188,43 @@ int RunRedfishInventory(const Options& options)
     return CollectAndWrite(repo, options);
 }
 
+// What the local readers could not see, so a user knows what the report lacks and why.
+void PrintUnreadable()
+{
+    const std::vector<std::string> notes = XModule::GetUnreadableNotes();
+    if (notes.empty()) return;
+    std::cout << "Not read, so missing from the report:\n";
+    for (const std::string& note : notes) std::cout << "  " << note << "\n";
+}
+
+int RunLocalInventory(const Options& options)
+{
+    if (!options.root.empty()) {
+        boost::system::error_code error;
+        if (!fs::is_directory(options.root, error)) return Fail(results::RESULT_FILE_NOT_EXIST, options.root);
+        XModule::SetRootPrefix(options.root);
+    }
+    if (const int failed = PrepareOutput(options)) return failed;
+    RRepository repo(kestro::repository::ConnectLocal);
+    // The host itself is the one CIM connection: its own readers answer for it.
+    XModule::ConnectionInfo host;
+    host.host = "localhost";
+    repo.SetCIMConnectionList(std::vector<XModule::ConnectionInfo>(1, host));
+    repo.SetIsWhitleySystem(XModule::SystemCheck::IsWhitleyPlatform());
+    const int status = CollectAndWrite(repo, options);
+    PrintUnreadable();
+    return status;
+}
+
 int RunInventory(const Options& options)
 {
     if (!options.files.empty()) return Fail(results::RESULT_INVALID_PARAMETER, "inventory takes no file");
+    if (!options.redfishUrl.empty() && !options.root.empty())
+        return Fail(results::RESULT_INVALID_PARAMETER, "--root goes with an inventory of this host, not --redfish");
     if (!options.redfishUrl.empty()) return RunRedfishInventory(options);
     if (!options.caseName.empty() || !options.caFile.empty())
         return Fail(results::RESULT_INVALID_PARAMETER, "--case and --ca-file go with --redfish");
-    if (const int failed = PrepareOutput(options)) return failed;
-    RRepository repo(kestro::repository::ConnectLocal);
-    return CollectAndWrite(repo, options);
+    return RunLocalInventory(options);
 }
 
 // Names the first input file that is missing; 0 when all are there.

@@ -15,6 +15,7 @@ struct Options {
     std::string redfishUrl;
     std::string caseName;
     std::string caFile;
+    std::string root;  // read the local host under this folder instead of "/"
     int logLevel = XModule::LOG_INFO;
 };
 

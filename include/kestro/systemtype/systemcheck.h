@@ -28,6 +28,10 @@ public:
     // be read or names none.
     static std::string GetReleaseName(const ConnectionInfo& connection);
 
+    // This host's processors make it a Whitley platform (third-generation Xeon Scalable), the one
+    // platform that reports its fans and power supplies in band.
+    static bool IsWhitleyPlatform();
+
     // The rules above over a service root document, apart from the request.
     static bool ServiceRootIsCFCPlatformV2(const boost::json::value& root);
     static bool ServiceRootIsRedfish(const boost::json::value& root);

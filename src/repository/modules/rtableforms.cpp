@@ -29,5 +29,14 @@ void RTableForms::WrapSecurityEvent(RInstancesWrapper& wrapper)
     wrapper.SetRowHeaders(kNoHeaders, std::vector<unsigned>{10, 12, 13, 7, 34, 5, 9, 10}, true);
 }
 
+void RTableForms::Apply(const RTableForm& form, RInstancesWrapper& wrapper)
+{
+    if (form.columns)
+        wrapper.SetColumnHeaders(kNoHeaders, form.percents[0], form.percents[1]);
+    else
+        wrapper.SetRowHeaders(kNoHeaders, form.percents, form.sortable);
+    if (form.referenceType) wrapper.AddReferenceType(form.referenceType);
+}
+
 }  // namespace repository
 }  // namespace kestro

@@ -387,6 +387,11 @@ void CollectComputerSystems(std::vector<protocol::ComputerSystem>& systems)
     record.SystemUUID = TextOrUnknown(system.uuid);
     record.Version = TextOrUnknown(system.version);
     record.CurrentNodeIndex = "0";
+    // A host without firmware tables (many virtual machines) names no system: no record beats one of N/As.
+    const std::string unknown = protocol::UNKNOWN_VALUE;
+    if (record.Manufacturer == unknown && record.ProductName == unknown && record.SerialNumber == unknown &&
+        record.SystemUUID == unknown)
+        return;
     systems.push_back(record);
 }
 
