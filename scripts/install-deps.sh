@@ -7,7 +7,7 @@ packages=(
   g++ cmake ninja-build ccache pkg-config
   libboost1.81-dev libboost-filesystem1.81-dev libboost-thread1.81-dev libboost-json1.81-dev
   libboost-program-options1.81-dev libboost-url1.81-dev
-  libcurl4-openssl-dev libssl-dev
+  libcurl4-openssl-dev libssl-dev libsystemd-dev systemd-journal-remote
   libgtest-dev libgmock-dev googletest libbenchmark-dev
   libxml2-utils zlib1g-dev
   pci.ids usb.ids lshw
