@@ -9,7 +9,7 @@ packages=(
   libboost-program-options1.81-dev libboost-url1.81-dev
   libcurl4-openssl-dev libssl-dev
   libgtest-dev libgmock-dev googletest libbenchmark-dev
-  libxml2-utils zlib1g-dev
+  libxml2-utils zlib1g-dev libsystemd-dev
   pci.ids usb.ids lshw
   chromium nodejs
 )
