@@ -134,11 +134,12 @@ protocol::SystemServiceInfo ReadService(const std::string& name, const std::stri
     }
     const bool alias = !error && target.filename() != name;
     if (!error) path = target.is_absolute() ? target.string() : folder + "/" + target.string();
+    // Looked at before it is opened, so that a link to a device is never opened.
+    const HostFileStat file = StatHostFile(path);
     std::string text;
-    if (!HostFiles::Read(path, text)) XLOG(LOG_WARN) << "[repo] Unable to read the unit file " << path;
+    if (!file.found || !HostFiles::Read(path, text)) XLOG(LOG_WARN) << "[repo] Unable to read the unit file " << path;
     const UnitFile unit = ParseUnitFile(text);
     if (unit.badLines > 0) XLOG(LOG_WARN) << "[repo] " << path << ": " << unit.badLines << " malformed lines passed over";
-    const HostFileStat file = StatHostFile(path);
     service.Description = TextOrUnknown(unit.description);
     service.Startup = StartupOf(name, alias, unit, enabled);
     service.InstallDate = file.ModifiedText();
