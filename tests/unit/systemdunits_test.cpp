@@ -38,7 +38,7 @@ const char kProcpsScript[] =
     "# Required-Start:    mountkernfs $local_fs\n"
     "# Default-Start:     S\n"
     "# Short-Description: Configure kernel parameters at boottime\n"
-    "# Description:  Loads kernel parameters that are specified in /etc/sysctl.conf\n"
+    "# Description:  Loads kernel parameters that are set in /etc/sysctl.conf\n"
     "### END INIT INFO\n"
     "DAEMON=/sbin/sysctl\n";
 
