@@ -1,8 +1,8 @@
 #include "xmodule/linux/meminfo.h"
 
 #include "kestro/xmodule/log.h"
-#include "kestro/xmodule/unreadable.h"
 #include "xmodule/linux/hostfiles.h"
+#include "xmodule/linux/hostsources.h"
 #include "xmodule/linux/valueformat.h"
 
 #include <cctype>
@@ -180,11 +180,7 @@ void FillMemoryUtilization(const MemInfo& info, protocol::MemoryUtilizationInfo&
 void CollectMemoryUtilization(protocol::MemoryUtilizationInfo& memory)
 {
     std::string text;
-    std::string why;
-    if (HostFiles::Read(kMemInfo, text, &why))
-        FillMemoryUtilization(ParseMemInfo(text), memory);
-    else
-        NoteUnreadable(kMemInfo, why);
+    if (ReadExpectedSource(kMemInfo, text)) FillMemoryUtilization(ParseMemInfo(text), memory);
     memory.Handles = ReadHandleCount();
     memory.Threads = ReadThreadCount();
     memory.Processes = CountProcesses();

@@ -1,8 +1,7 @@
 #include "xmodule/linux/swaps.h"
 
 #include "kestro/xmodule/log.h"
-#include "kestro/xmodule/unreadable.h"
-#include "xmodule/linux/hostfiles.h"
+#include "xmodule/linux/hostsources.h"
 #include "xmodule/linux/valueformat.h"
 
 #include <boost/algorithm/string/classification.hpp>
@@ -83,11 +82,7 @@ std::vector<protocol::PageFileInfo> ParseSwaps(const std::string& text)
 void CollectPageFiles(std::vector<protocol::PageFileInfo>& files)
 {
     std::string text;
-    std::string why;
-    if (HostFiles::Read(kSwaps, text, &why))
-        files = ParseSwaps(text);
-    else
-        NoteUnreadable(kSwaps, why);
+    if (ReadExpectedSource(kSwaps, text)) files = ParseSwaps(text);
 }
 
 }  // namespace Linux
