@@ -116,13 +116,15 @@ std::string ReadHandleCount()
 {
     std::uint64_t handles = 0;
     std::string rest;
-    return FormatCount(ReadLeadingNumber(HostFiles::ReadTrimmed(kFileNr), handles, rest), handles);
+    const bool known = ReadLeadingNumber(HostFiles::ReadTrimmed(kFileNr), handles, rest);
+    return FormatCount(known, handles);
 }
 
 std::string ReadThreadCount()
 {
     std::uint64_t threads = 0;
-    return FormatCount(ParseThreadCount(HostFiles::ReadTrimmed(kLoadAvg), threads), threads);
+    const bool known = ParseThreadCount(HostFiles::ReadTrimmed(kLoadAvg), threads);
+    return FormatCount(known, threads);
 }
 
 // Every process has a folder named by its number; a host runs at least one, so none means unknown.
