@@ -78,7 +78,8 @@ void WriteDebianHost(const TempDir& root)
     root.Write("boot/grub/grub.cfg",
                "### BEGIN /etc/grub.d/10_linux ###\n"
                "set linux_gfx_mode=\n"
-               "menuentry 'Debian GNU/Linux' --class debian --class gnu-linux $menuentry_id_option 'gnulinux-simple' {\n"
+               "menuentry 'Debian GNU/Linux' --class debian --class gnu-linux --class gnu --class os "
+               "$menuentry_id_option 'gnulinux-simple-0c7b5a1e' {\n"
                "\tload_video\n\tinsmod gzio\n\tsearch --no-floppy --fs-uuid --set=root 0c7b5a1e\n"
                "\techo\t'Loading Linux 6.1.0-41-amd64 ...'\n"
                "\tlinux\t/boot/vmlinuz-6.1.0-41-amd64 root=UUID=0c7b5a1e ro  quiet\n"
@@ -105,7 +106,8 @@ void WriteDebianHost(const TempDir& root)
     root.Write("proc/swaps", "Filename\t\t\t\tType\t\tSize\t\tUsed\t\tPriority\n"
                              "/dev/sda3                               partition\t999420\t\t0\t\t-2\n");
     root.Write("etc/passwd", "fixture:x:" + std::to_string(geteuid()) + ":0:Fixture:/:/bin/sh\n"
-                             "root:x:0:0:root:/root:/bin/bash\nalice:x:1000:1000:Alice Example,,,:/home/alice:/bin/bash\n");
+                             "root:x:0:0:root:/root:/bin/bash\n"
+                             "alice:x:1000:1000:Alice Example,,,:/home/alice:/bin/bash\n");
     root.Write("run/systemd/sessions/3", "# This is private data. Do not parse.\nUID=1000\nUSER=alice\nACTIVE=1\n"
                                          "STATE=active\nREMOTE=1\nTYPE=tty\nCLASS=user\nTTY=pts/0\n"
                                          "REMOTE_HOST=192.0.2.10\nSERVICE=sshd\nREALTIME=1795578600000000\n");
@@ -171,8 +173,9 @@ TEST(OsBasicsTest, FillsEveryRecordFromADebianHost)
     std::vector<XModule::protocol::PageFileInfo> swaps;
     CollectPageFiles(swaps);
     ASSERT_EQ(1u, swaps.size());
+    const XModule::protocol::PageFileInfo& swap = swaps[0];
     EXPECT_EQ("/dev/sda3 partition 976.0 MiB 0 B -2",
-              swaps[0].Name + " " + swaps[0].Type + " " + swaps[0].Size + " " + swaps[0].Used + " " + swaps[0].Priority);
+              swap.Name + " " + swap.Type + " " + swap.Size + " " + swap.Used + " " + swap.Priority);
 
     XModule::protocol::CurrentUserInfo current;
     CollectCurrentUser(current);

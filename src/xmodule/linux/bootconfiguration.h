@@ -11,7 +11,7 @@ namespace Linux {
 // The menu of a grub.cfg: each entry's and submenu's title, and under it the kernel line it boots.
 // The rest of the file (scripts, modules, themes) says little about how the host boots.
 std::string ParseGrubMenu(const std::string& text);
-// The title, kernel and options lines of a Boot Loader Specification entry (/boot/loader/entries).
+// The title, kernel and options lines of a BLS boot entry (/boot/loader/entries/*.conf).
 std::string ParseBootEntry(const std::string& text);
 // The settings of /etc/default/grub without its comments.
 std::string ParseGrubDefaults(const std::string& text);

@@ -34,7 +34,8 @@ std::vector<std::string> SystemdLibraryFolders()
 {
     std::vector<std::string> folders(std::begin(kSystemdLibraryFolders), std::end(kSystemdLibraryFolders));
     for (const std::string& name : HostFiles::List(kLibraries))
-        if (name.find("-linux-") != std::string::npos) folders.push_back(std::string(kLibraries) + "/" + name + "/systemd");
+        if (name.find("-linux-") != std::string::npos)
+            folders.push_back(std::string(kLibraries) + "/" + name + "/systemd");
     return folders;
 }
 
@@ -73,8 +74,9 @@ std::string FindDefaultTarget()
 
 std::string ParseSystemdVersion(const std::string& fileName)
 {
-    if (!boost::algorithm::starts_with(fileName, kSystemdLibraryPrefix) || !boost::algorithm::ends_with(fileName, ".so"))
-        return std::string();
+    using boost::algorithm::ends_with;
+    using boost::algorithm::starts_with;
+    if (!starts_with(fileName, kSystemdLibraryPrefix) || !ends_with(fileName, ".so")) return std::string();
     const std::size_t begin = sizeof kSystemdLibraryPrefix - 1;
     return fileName.substr(begin, fileName.size() - begin - 3);
 }

@@ -117,7 +117,8 @@ void FindOldestDpkgList(std::time_t& oldest)
 {
     for (const std::string& name : HostFiles::List(kDpkgInfo)) {
         std::time_t when = 0;
-        if (boost::algorithm::ends_with(name, ".list") && ReadModificationTime(std::string(kDpkgInfo) + "/" + name, when))
+        if (boost::algorithm::ends_with(name, ".list") &&
+            ReadModificationTime(std::string(kDpkgInfo) + "/" + name, when))
             KeepOldest(when, oldest);
     }
 }
@@ -179,11 +180,12 @@ bool ParseBootTime(const std::string& stat, std::time_t& boot)
     std::istringstream lines(stat);
     std::string line;
     std::uint64_t seconds = 0;
-    while (std::getline(lines, line))
-        if (boost::algorithm::starts_with(line, "btime ") && ParseLeadingNumber(line.substr(6), seconds) && seconds > 0) {
-            boot = static_cast<std::time_t>(seconds);
-            return true;
-        }
+    while (std::getline(lines, line)) {
+        if (!boost::algorithm::starts_with(line, "btime ")) continue;
+        if (!ParseLeadingNumber(line.substr(6), seconds) || seconds == 0) return false;
+        boot = static_cast<std::time_t>(seconds);
+        return true;
+    }
     return false;
 }
 
