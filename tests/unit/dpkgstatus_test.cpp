@@ -1,4 +1,5 @@
 #include "xmodule/linux/dpkgstatus.h"
+#include "xmodule/linux/valueformat.h"
 #include "xmodule/linux/hostfilestat.h"
 #include "xmodule/linux/installedpackages.h"
 
@@ -143,8 +144,8 @@ TEST(DpkgStatusTest, ReadsAFixtureHostWithInstallDatesAndLicenses)
     ASSERT_EQ(2u, packages.size());
     EXPECT_EQ("bash", packages[0].Name);
     EXPECT_EQ("GPL-3+", packages[0].License);
-    EXPECT_EQ(FormatLocalDateTime(listed), packages[0].InstallDate);
+    EXPECT_EQ(FormatDateTime(listed), packages[0].InstallDate);
     EXPECT_EQ("libc6:amd64", packages[1].Name);
     EXPECT_EQ("N/A", packages[1].License);
-    EXPECT_EQ(FormatLocalDateTime(listed), packages[1].InstallDate);
+    EXPECT_EQ(FormatDateTime(listed), packages[1].InstallDate);
 }

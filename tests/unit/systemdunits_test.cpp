@@ -1,4 +1,5 @@
 #include "xmodule/linux/systemdunits.h"
+#include "xmodule/linux/valueformat.h"
 #include "xmodule/linux/hostfilestat.h"
 #include "xmodule/linux/systemdbus.h"
 #include "xmodule/linux/systemservices.h"
@@ -123,7 +124,7 @@ TEST(SystemdUnitsTest, ReadsUnitsLinksAndInitScriptsOfAFixtureHost)
     };
     EXPECT_EQ(expected, rows);
     ASSERT_EQ(9u, services.size());
-    EXPECT_EQ(FormatLocalDateTime(written), services[6].InstallDate);
+    EXPECT_EQ(FormatDateTime(written), services[6].InstallDate);
 }
 
 TEST(SystemdUnitsTest, BusStatesOverDiskRecordsAndBusOnlyUnitsAdded)

@@ -1,4 +1,5 @@
 #include "xmodule/linux/hostfilestat.h"
+#include "xmodule/linux/valueformat.h"
 
 #include "xmodule/linux/hostfiles.h"
 #include "xmodule/protocol/hardwareinfo.h"
@@ -10,7 +11,7 @@ namespace Linux {
 
 std::string HostFileStat::ModifiedText() const
 {
-    return found ? FormatLocalDateTime(modified) : std::string(protocol::UNKNOWN_VALUE);
+    return found ? FormatDateTime(modified) : std::string(protocol::UNKNOWN_VALUE);
 }
 
 std::string HostFileStat::SizeText() const { return found ? std::to_string(size) : std::string(protocol::UNKNOWN_VALUE); }
@@ -24,15 +25,6 @@ HostFileStat StatHostFile(const std::string& absolute)
     facts.size = static_cast<std::uint64_t>(status.st_size);
     facts.modified = status.st_mtime;
     return facts;
-}
-
-std::string FormatLocalDateTime(std::time_t when)
-{
-    struct tm local;
-    char text[32];
-    if (!::localtime_r(&when, &local) || std::strftime(text, sizeof text, "%Y-%m-%dT%H:%M:%S", &local) == 0)
-        return protocol::UNKNOWN_VALUE;
-    return text;
 }
 
 bool IsPlainFileName(const std::string& name)

@@ -23,8 +23,6 @@ struct HostFileStat {
 // The file under the root prefix, links followed; `found` false when it cannot be looked at.
 HostFileStat StatHostFile(const std::string& absolute);
 
-// ISO 8601 date and time in local time, "2024-03-01T14:05:09".
-std::string FormatLocalDateTime(std::time_t when);
 
 // True for a name that stays inside the folder it is joined to: names from outside text
 // (a package, a module) become paths only when they pass.

@@ -56,14 +56,5 @@ std::string CutLogText(const std::string& text, std::size_t limit)
     return text.substr(0, end);
 }
 
-std::string FormatLocalDateTime(std::time_t when)
-{
-    std::tm local;
-    char text[40];
-    if (!::localtime_r(&when, &local) || std::strftime(text, sizeof text, "%Y-%m-%dT%H:%M:%S", &local) == 0)
-        return protocol::UNKNOWN_VALUE;
-    return text;
-}
-
 }  // namespace Linux
 }  // namespace XModule

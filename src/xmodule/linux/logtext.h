@@ -15,8 +15,6 @@ namespace Linux {
 std::string EscapeLogText(const std::string& raw);
 // At most `limit` bytes, cut before a UTF-8 sequence rather than inside it.
 std::string CutLogText(const std::string& text, std::size_t limit);
-// "2026-11-25T03:49:01" in local time; "N/A" when the time cannot be broken down.
-std::string FormatLocalDateTime(std::time_t when);
 
 }  // namespace Linux
 }  // namespace XModule

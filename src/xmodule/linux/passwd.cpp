@@ -1,6 +1,8 @@
 #include "xmodule/linux/passwd.h"
 
+#include "kestro/xmodule/log.h"
 #include "xmodule/linux/hostfiles.h"
+#include "xmodule/linux/valueformat.h"
 #include "xmodule/protocol/hardwareinfo.h"
 
 #include <boost/algorithm/string/split.hpp>
@@ -25,27 +27,37 @@ bool ReadUserId(const std::string& text, unsigned long& uid)
 
 }  // namespace
 
-UserNames ParsePasswd(const std::string& text)
+std::vector<PasswdEntry> ParsePasswd(const std::string& text)
 {
-    UserNames names;
+    enum PasswdField { NAME, PASSWORD, UID, GID, GECOS };
+    std::vector<PasswdEntry> accounts;
     std::istringstream in(text);
     std::string line;
     while (std::getline(in, line)) {
-        if (line.empty() || line[0] == '#' || line[0] == '+' || line[0] == '-') continue;
+        if (TrimText(line).empty() || line[0] == '#' || line[0] == '+' || line[0] == '-') continue;
         std::vector<std::string> fields;
         boost::algorithm::split(fields, line, [](char c) { return c == ':'; });
         unsigned long uid = 0;
-        if (fields.size() < 3 || fields[0].empty() || !ReadUserId(fields[2], uid)) continue;
-        names.emplace(uid, fields[0]);
+        if (fields.size() <= UID || fields[NAME].empty() || !ReadUserId(fields[UID], uid)) {
+            XLOG(LOG_WARN) << "[repo] passwd line not understood: " << line.substr(0, 40);
+            continue;
+        }
+        PasswdEntry account;
+        account.name = fields[NAME];
+        account.uid = uid;
+        if (fields.size() > GECOS) account.fullName = TrimText(fields[GECOS].substr(0, fields[GECOS].find(',')));
+        accounts.push_back(account);
     }
-    return names;
+    return accounts;
 }
 
 UserNames ReadUserNames()
 {
     std::string text;
-    if (!HostFiles::Read("/etc/passwd", text)) return UserNames();
-    return ParsePasswd(text);
+    UserNames names;
+    if (!HostFiles::Read("/etc/passwd", text)) return names;
+    for (const PasswdEntry& account : ParsePasswd(text)) names.emplace(account.uid, account.name);
+    return names;
 }
 
 std::string NameOfUser(const UserNames& names, const std::string& uid)

@@ -5,6 +5,7 @@
 #include "xmodule/linux/hostfiles.h"
 #include "xmodule/linux/logtext.h"
 #include "xmodule/linux/passwd.h"
+#include "xmodule/linux/valueformat.h"
 
 #include <boost/algorithm/string/classification.hpp>
 #include <boost/algorithm/string/split.hpp>
@@ -152,7 +153,7 @@ std::string StartTime(const std::optional<long long>& ticks, const ProcClock& cl
     if (!ticks || *ticks < 0 || !clock.bootTime || *clock.bootTime < 0) return protocol::UNKNOWN_VALUE;
     const long long sinceBoot = *ticks / clock.ticksPerSecond;
     if (*clock.bootTime > LLONG_MAX - sinceBoot) return protocol::UNKNOWN_VALUE;
-    return FormatLocalDateTime(static_cast<std::time_t>(*clock.bootTime + sinceBoot));
+    return FormatDateTime(static_cast<std::time_t>(*clock.bootTime + sinceBoot));
 }
 
 void FillFromStat(const ProcStat& stat, const ProcClock& clock, protocol::ProcessInfo& process)

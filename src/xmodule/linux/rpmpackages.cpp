@@ -31,7 +31,7 @@ std::string DateTimeOfSeconds(const std::string& seconds)
     const char* end = seconds.data() + seconds.size();
     const std::from_chars_result parsed = std::from_chars(seconds.data(), end, value);
     if (seconds.empty() || parsed.ec != std::errc() || parsed.ptr != end || value <= 0) return protocol::UNKNOWN_VALUE;
-    return FormatLocalDateTime(static_cast<std::time_t>(value));
+    return FormatDateTime(static_cast<std::time_t>(value));
 }
 
 // The fields of a record in the order of the query: the tag asked for, where it goes, how it reads.

@@ -356,7 +356,7 @@ protocol::EventInfo EventOfJournal(sd_journal* journal, const UserNames& users)
     event.Type = TableText(JournalField(journal, "PRIORITY"), kPriorityTypes, 8);
     std::uint64_t usec = 0;
     if (sd_journal_get_realtime_usec(journal, &usec) >= 0)
-        event.MessageTimestamp = FormatLocalDateTime(static_cast<std::time_t>(usec / 1000000));
+        event.MessageTimestamp = FormatDateTime(static_cast<std::time_t>(usec / 1000000));
     std::string source = JournalField(journal, "SYSLOG_IDENTIFIER");
     if (source.empty()) source = JournalField(journal, "_COMM");
     event.Source = TextOrUnknown(EscapeLogText(source));

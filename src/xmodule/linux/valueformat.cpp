@@ -5,6 +5,7 @@
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
+#include <ctime>
 
 namespace XModule {
 namespace Linux {
@@ -37,6 +38,24 @@ std::string FormatDate(int year, int month, int day)
 {
     char text[32];
     std::snprintf(text, sizeof text, "%04d-%02d-%02d", year, month, day);
+    return text;
+}
+
+std::string FormatDateTime(std::time_t when)
+{
+    std::tm parts;
+    char text[48];
+    if (!localtime_r(&when, &parts) || !std::strftime(text, sizeof text, "%Y-%m-%dT%H:%M:%S", &parts))
+        return protocol::UNKNOWN_VALUE;
+    return text;
+}
+
+std::string FormatUtcDateTime(std::time_t when)
+{
+    std::tm parts;
+    char text[48];
+    if (!gmtime_r(&when, &parts) || !std::strftime(text, sizeof text, "%Y-%m-%dT%H:%M:%SZ", &parts))
+        return protocol::UNKNOWN_VALUE;
     return text;
 }
 

@@ -2,6 +2,7 @@
 #define KESTRO_XMODULE_LINUX_VALUEFORMAT_H
 
 #include <cstdint>
+#include <ctime>
 #include <string>
 
 // How every local reader writes its values, so that one fact reads alike in every type and two
@@ -17,6 +18,10 @@ namespace Linux {
 std::string FormatBytes(std::uint64_t bytes);
 std::string FormatMegahertz(std::uint64_t megahertz);
 std::string FormatDate(int year, int month, int day);
+// A moment in the program's local time, "2026-11-25T03:49:00"; "N/A" when the calendar cannot hold it.
+std::string FormatDateTime(std::time_t when);
+// The same moment in UTC, marked so: "2026-11-25T02:49:00Z".
+std::string FormatUtcDateTime(std::time_t when);
 std::string FormatHexId(unsigned id);
 std::string FormatYesNo(bool yes);
 // Blanks at both ends and runs of blanks inside go; firmware pads its strings with them.
