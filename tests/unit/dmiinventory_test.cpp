@@ -223,13 +223,18 @@ TEST(DmiInventoryTest, VirtualMachineWithoutAnyDmiStillListsItsProcessor)
 {
     FixtureHost host("");
     WriteCpus(host.Dir(), {1, 2, 1, "167", "Intel(R) Xeon(R) Processor", "2599.998", ""});
+    // 128 MiB hot-plug blocks, two of three online.
+    host.Dir().Write("sys/devices/system/memory/block_size_bytes", "8000000\n");
+    for (const char* block : {"memory0", "memory1", "memory32"})
+        host.Dir().Write(std::string("sys/devices/system/memory/") + block + "/state",
+                         block == std::string("memory1") ? "offline\n" : "online\n");
 
     const Inventory got = Collect();
     EXPECT_EQ(Lines(), got.systems);
     EXPECT_EQ(Lines({"CPU 1 (2 cores, 2 threads)|Intel|Intel(R) Xeon(R) Processor|6|2600|CPU Enabled|N/A|Disabled|"
                      "N/A|Yes|N/A|Yes|N/A|Yes|N/A"}),
               got.processors);
-    EXPECT_EQ(Lines(), got.memory);
+    EXPECT_EQ(Lines({"System Memory|N/A|256 MiB|N/A|N/A|N/A|N/A|N/A|N/A"}), got.memory);
     EXPECT_EQ(Lines(), got.cards);
     EXPECT_FALSE(got.whitley);
     EXPECT_EQ(Lines({"/sys/firmware/dmi/tables/DMI", "/sys/class/dmi/id", "udev's DMI record (+dmi:id)"}), got.noteSources);

@@ -5,6 +5,7 @@
 #include "kestro/xmodule/unreadable.h"
 #include "xmodule/linux/cpuinfo.h"
 #include "xmodule/linux/dmiid.h"
+#include "xmodule/linux/memoryblocks.h"
 #include "xmodule/linux/smbiosdecode.h"
 #include "xmodule/linux/udevdatabase.h"
 #include "xmodule/linux/valueformat.h"
@@ -372,6 +373,18 @@ void CollectMemoryFromUdev(std::vector<protocol::Memory>& modules)
     }
 }
 
+// Where nothing names the modules, the memory the kernel has online stands as one record, so a
+// virtual machine's report still tells how much it has.
+void CollectSystemMemory(std::vector<protocol::Memory>& modules)
+{
+    const std::uint64_t bytes = ReadOnlineMemory();
+    if (bytes == 0) return;
+    protocol::Memory memory;
+    memory.Tag = "System Memory";
+    memory.Capacity = FormatBytes(bytes);
+    modules.push_back(memory);
+}
+
 }  // namespace
 
 void CollectComputerSystems(std::vector<protocol::ComputerSystem>& systems)
@@ -418,8 +431,10 @@ void CollectProcessors(std::vector<protocol::Processor>& processors)
 void CollectMemory(std::vector<protocol::Memory>& modules)
 {
     const std::shared_ptr<const DmiSnapshot> snapshot = TakeSnapshot();
+    const std::size_t before = modules.size();
     if (HasStructure(*snapshot, SMBIOS_MEMORY_DEVICE)) CollectMemoryFromSmbios(*snapshot, modules);
     else CollectMemoryFromUdev(modules);
+    if (modules.size() == before) CollectSystemMemory(modules);
 }
 
 void CollectSystemCards(std::vector<protocol::SystemCard>& cards)

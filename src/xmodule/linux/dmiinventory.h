@@ -24,7 +24,8 @@ void CollectComputerSystems(std::vector<protocol::ComputerSystem>& systems);
 // the package. SerialNumber is the PPIN, else the firmware's serial number.
 void CollectProcessors(std::vector<protocol::Processor>& processors);
 
-// One record per installed module of a system memory array; MaxSpeed is the rated MT/s.
+// One record per installed module of a system memory array; MaxSpeed is the rated MT/s. Where
+// neither SMBIOS nor udev names a module, one "System Memory" record of the memory online.
 void CollectMemory(std::vector<protocol::Memory>& modules);
 
 // The BIOS, boards, enclosures, slots and onboard devices. Type reads "<kind>[: <what>][ (<details>)]":
