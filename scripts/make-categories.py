@@ -126,6 +126,7 @@ LINUX_OS = section(
 LINUX_LOGS = section(
     "system_logs", "System Logs",
     group("linux_event_log", "System Log", ["LinuxEventLog"]),
+    *event_pages("system_event", "System Event", "SystemEventDefault", "SystemEventAll", "SystemEvent"),
     group("kernel_ring_buffer", "Kernel Ring Buffer", ["KernelRingBuffer"]),
 )
 

@@ -9,6 +9,7 @@
 #include "repository/modules/rdatasourcemodule.h"
 #include "repository/modules/rexecutionlogmodule.h"
 #include "repository/modules/rhardwareinventorymodule.h"
+#include "repository/modules/rosinventorymodule.h"
 #include "repository/modules/rlegacymodule.h"
 #include "repository/modules/rreporthighlightsmodule.h"
 
@@ -47,7 +48,7 @@ const RowModules kRows[] = {
       Make<RCFCIPMILogsInventoryModule>, Make<RCFCBmcLogsInventoryModule>, Make<RCFCStorageDeviceInfoInventoryModule>,
       Make<RDataSourceModule>, Make<RReportHighlightsModule>, Make<RExecutionLogModule>, Make<RLegacyModule>}},
     {RModuleTable::RowOrdinary,
-     {Make<RDataSourceModule>, Make<RReportHighlightsModule>, 
+     {Make<RDataSourceModule>, Make<RReportHighlightsModule>, Make<ROSInventoryModule>,
       Make<RHardwareInventoryModule>, Make<RExecutionLogModule>}},
 };
 
