@@ -23,7 +23,7 @@ std::size_t CountOf(RRepository& repo, const std::string& type)
 }  // namespace
 
 // The tool run as an administrator runs it against a snapshot of a whole server's files.
-TEST(KestroLocalTest, InventoryOfAServerRootFillsEveryHardwareType)
+TEST(KestroLocalTest, InventoryOfAServerRootFillsEveryHardwareAndSystemType)
 {
     TempDir dir;
     WriteServerHost(dir);
@@ -45,6 +45,29 @@ TEST(KestroLocalTest, InventoryOfAServerRootFillsEveryHardwareType)
     };
     for (const auto& type : expected) EXPECT_EQ(type.count, CountOf(repo, type.type)) << type.type << "\n" << run.output;
     EXPECT_LT(0u, CountOf(repo, "Resolution"));
+
+    const struct {
+        const char* type;
+        std::size_t count;
+    } system[] = {
+        {"OperatingSystem", 1}, {"TimeZone", 1},     {"BootConfiguration", 1}, {"InitConfiguration", 1},
+        {"MemoryUtilization", 1}, {"PageFile", 1},   {"CurrentUser", 1},       {"ActiveUser", 1},
+        {"InstalledPackage", 1}, {"SystemService", 1}, {"LinuxKernelModule", 2}, {"Process", 1},
+        {"SystemEnvironmentVariable", 1}, {"KernelRingBuffer", 1}, {"LinuxEventLog", 2},
+        {"SystemEventDefault", 2}, {"SystemEventAll", 2},
+    };
+    for (const auto& type : system) EXPECT_EQ(type.count, CountOf(repo, type.type)) << type.type;
+    EXPECT_NE(std::string::npos, dir.Read("out/operating_system.html").find("srv-db01"));
     EXPECT_NE(std::string::npos, dir.Read("out/inventory.xml").find("ThinkSystem SR650 V2"));
     EXPECT_NE(std::string::npos, dir.Read("out/processors.html").find("Gold 6338"));
+}
+
+// This very machine, whatever it has installed: the pages every Linux host fills hold rows.
+TEST(KestroLocalTest, InventoryOfThisHostFillsItsSystemPages)
+{
+    TempDir dir;
+    const CommandRun run = RunCommand("'" KESTRO_TOOL_PATH "' inventory --output '" + dir.Path() + "' 2>&1");
+    ASSERT_EQ(0, run.status) << run.output;
+    for (const char* page : {"processors.html", "operating_system.html", "processes.html", "volumes.html"})
+        EXPECT_NE(std::string::npos, dir.Read(page).find("<td")) << page;
 }

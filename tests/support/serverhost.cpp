@@ -90,6 +90,48 @@ void WriteUsb(const TempDir& dir)
     WriteSysfsLink(dir, "sys/bus/usb/devices/1-3", "../../../" + controller + "usb1/1-3");
 }
 
+// The operating system's own files: kernel, clocks, memory, users, packages, services, modules,
+// one process and the logs, shaped as a Debian 12 host writes them.
+void WriteOperatingSystem(const TempDir& dir)
+{
+    const char* const files[][2] = {
+        {"proc/sys/kernel/hostname", "srv-db01\n"},
+        {"proc/sys/kernel/osrelease", "6.1.0-41-amd64\n"},
+        {"proc/sys/kernel/version", "#1 SMP PREEMPT_DYNAMIC Debian 6.1.158-1 (2025-11-09)\n"},
+        {"etc/machine-id", "3d1219c7c4c5404aaa1f6d2a48adfda4\n"},
+        {"etc/timezone", "Europe/Berlin\n"},
+        {"proc/uptime", "274329.51 1036400.12\n"},
+        {"proc/stat", "cpu  238968 56 28932 114658 643 0 236 90 0 0\nbtime 1795578532\nprocesses 16382\n"},
+        {"proc/cmdline", "BOOT_IMAGE=/boot/vmlinuz-6.1.0-41-amd64 root=UUID=0c7b5a1e ro quiet\n"},
+        {"proc/meminfo", "MemTotal:       263842944 kB\nMemFree:        201334820 kB\nMemAvailable:   247715036 kB\n"
+                         "Buffers:          1024304 kB\nCached:         40119776 kB\nSwapTotal:       8388604 kB\n"
+                         "SwapFree:        8388604 kB\nCommitted_AS:   12716928 kB\nCommitLimit:   140309876 kB\n"},
+        {"proc/loadavg", "0.83 0.44 0.24 2/645 16382\n"},
+        {"proc/swaps", "Filename\t\t\t\tType\t\tSize\t\tUsed\t\tPriority\n"
+                       "/dev/sda3                               partition\t8388604\t\t0\t\t-2\n"},
+        {"etc/passwd", "root:x:0:0:root:/root:/bin/bash\nalice:x:1000:1000:Alice Admin,,,:/home/alice:/bin/bash\n"},
+        {"etc/environment", "LANG=C.UTF-8\n"},
+        {"run/systemd/sessions/3", "UID=1000\nUSER=alice\nACTIVE=1\nSTATE=active\nTTY=pts/0\nREMOTE_HOST=10.0.0.7\n"
+                                   "CLASS=user\nREALTIME=1795578600000000\n"},
+        {"var/lib/dpkg/status", "Package: openssh-server\nStatus: install ok installed\nSection: net\n"
+                                "Installed-Size: 1767\nVersion: 1:9.2p1-2+deb12u7\n"
+                                "Description: secure shell (SSH) server\n for secure access from remote machines\n\n"
+                                "Package: vim-tiny\nStatus: deinstall ok config-files\nVersion: 2:9.0.1378-2\n\n"},
+        {"var/lib/dpkg/info/openssh-server.list", "/.\n/usr/sbin/sshd\n"},
+        {"lib/systemd/system/ssh.service", "[Unit]\nDescription=OpenBSD Secure Shell server\n\n[Service]\n"
+                                           "ExecStart=/usr/sbin/sshd -D\n\n[Install]\nWantedBy=multi-user.target\n"},
+        {"proc/modules", "ipmi_si 86016 0 - Live 0x0000000000000000\nmgag200 69632 1 - Live 0x0000000000000000\n"},
+        {"proc/1/stat", "1 (systemd) S 0 1 1 0 -1 4194560 31660 0 0 0 200 100 0 0 20 0 1 0 5 171081728 3226 "
+                        "18446744073709551615 1 1 0 0 0 0 671173123 4096 1260 0 0 0 17 0 0 0 0 0 0\n"},
+        {"proc/1/status", "Name:\tsystemd\nState:\tS (sleeping)\nUid:\t0\t0\t0\t0\n"},
+        {"var/log/dmesg", "[    0.000000] Linux version 6.1.0-41-amd64\n[    1.234567] mgag200 0000:03:00.0: vgaarb\n"},
+        {"var/log/syslog", "Nov 25 03:49:01 srv-db01 sshd[873]: Server listening on 0.0.0.0 port 22.\n"
+                           "Nov 25 03:50:11 srv-db01 kernel: [ 1.2] mce: error on CPU 3\n"},
+    };
+    for (const auto& file : files) dir.Write(file[0], file[1]);
+    WriteSysfsLink(dir, "etc/systemd/system/multi-user.target.wants/ssh.service", "/lib/systemd/system/ssh.service");
+}
+
 SmbiosBuilder Socket(std::uint16_t handle, const char* name, std::uint16_t firstCache)
 {
     return SmbiosBuilder(4, handle, 0x30).String(0x04, name).Byte(0x05, 3).Byte(0x06, 0xB3)
@@ -157,6 +199,7 @@ void WriteServerHost(const TempDir& dir)
     WriteOpticalDrive(dir);
     WriteGraphics(dir);
     WriteUsb(dir);
+    WriteOperatingSystem(dir);
     WriteHwmonChip(dir, "hwmon0", "platform/nct6775.656", "name=nct6779;fan1_input=1200;fan1_min=300");
     WriteHwmonChip(dir, "hwmon1", "pci0000:00/0000:00:1f.4/i2c-7/7-0058",
                    "name=dps800;power1_label=pin;power1_input=231000000;power2_label=pout1;power2_input=212500000");
