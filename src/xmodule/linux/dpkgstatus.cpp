@@ -164,10 +164,14 @@ HostFileStat StatFileList(const std::string& name)
     return list;
 }
 
+const std::size_t kCopyrightHead = 16384;
+
 std::string ReadLicense(const std::string& bareName)
 {
     std::string copyright;
-    if (!HostFiles::Read(kDocFolder + bareName + "/copyright", copyright)) return protocol::UNKNOWN_VALUE;
+    // The licence of the first Files paragraph stands near the top; some copyright files run to megabytes.
+    if (!HostFiles::ReadHead(kDocFolder + bareName + "/copyright", kCopyrightHead, copyright))
+        return protocol::UNKNOWN_VALUE;
     return TextOrUnknown(ParseCopyrightLicense(copyright));
 }
 

@@ -7,24 +7,20 @@
 #include <boost/algorithm/string/trim.hpp>
 
 #include <mutex>
-#include <sstream>
+#include <iterator>
 
 namespace XModule {
 namespace Linux {
 
 namespace {
 
-const unsigned kClassOnly = 0xFFFF0000u;
-
-enum Block { BlockNone, BlockVendor, BlockClass };
-
-// The hex number of `digits` digits at the start of `text`, followed by two blanks and a name.
-bool SplitEntry(const std::string& text, std::size_t digits, unsigned& id, std::string& name)
+// The hex number of `digits` digits at `at`, followed by two blanks before a name.
+bool ReadEntryId(const std::string& text, std::size_t at, std::size_t end, std::size_t digits, unsigned& id)
 {
-    if (text.size() < digits + 2 || text.compare(digits, 2, "  ") != 0) return false;
+    if (end - at < digits + 2 || text.compare(at + digits, 2, "  ") != 0) return false;
     id = 0;
     for (std::size_t i = 0; i < digits; ++i) {
-        const char c = text[i];
+        const char c = text[at + i];
         const int value = c >= '0' && c <= '9'   ? c - '0'
                           : c >= 'a' && c <= 'f' ? c - 'a' + 10
                           : c >= 'A' && c <= 'F' ? c - 'A' + 10
@@ -32,15 +28,20 @@ bool SplitEntry(const std::string& text, std::size_t digits, unsigned& id, std::
         if (value < 0) return false;
         id = id * 16 + static_cast<unsigned>(value);
     }
-    // usb.ids has names with trailing blanks; a name is compared and shown without them.
-    name = boost::algorithm::trim_right_copy(text.substr(digits + 2));
     return true;
 }
 
-std::string Find(const std::unordered_map<unsigned, std::string>& names, unsigned key)
+std::size_t LineEnd(const std::string& text, std::size_t at)
 {
-    const auto it = names.find(key);
-    return it == names.end() ? std::string() : it->second;
+    const std::size_t end = text.find('\n', at);
+    return end == std::string::npos ? text.size() : end;
+}
+
+// The name after the id and its two blanks. usb.ids has names with trailing blanks, and a file
+// may come with CRLF ends: a name is compared and shown without them.
+std::string NameOf(const std::string& text, std::size_t at, std::size_t end, std::size_t digits)
+{
+    return boost::algorithm::trim_right_copy(text.substr(at + digits + 2, end - at - digits - 2));
 }
 
 HardwareIds LoadIds(const char* const* candidates, std::size_t count, const char* what)
@@ -49,8 +50,7 @@ HardwareIds LoadIds(const char* const* candidates, std::size_t count, const char
     for (std::size_t i = 0; i < count; ++i) {
         std::string text;
         if (!HostFiles::Read(candidates[i], text)) continue;
-        std::istringstream in(text);
-        ids.Parse(in);
+        ids.Parse(text);
         return ids;
     }
     NoteUnreadable(what, "not installed; devices are shown by number");
@@ -81,33 +81,40 @@ struct LoadedIds {
 
 void HardwareIds::Parse(std::istream& in)
 {
-    Block block = BlockNone;
-    unsigned current = 0;
-    std::string line;
-    while (std::getline(in, line)) {
-        if (!line.empty() && line.back() == '\r') line.pop_back();
-        if (line.empty() || line[0] == '#') continue;
+    Parse(std::string(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()));
+}
+
+void HardwareIds::Parse(const std::string& content)
+{
+    text = content;
+    vendorLines.clear();
+    classLines.clear();
+    for (std::size_t at = 0; at < text.size();) {
+        const std::size_t end = LineEnd(text, at);
         unsigned id = 0;
-        std::string name;
-        if (line[0] != '\t') {
-            block = BlockNone;
-            if (SplitEntry(line, 4, id, name)) {
-                block = BlockVendor;
-                vendors[id] = name;
-            } else if (line.compare(0, 2, "C ") == 0 && SplitEntry(line.substr(2), 2, id, name)) {
-                block = BlockClass;
-                classes[kClassOnly | id] = name;
-            }
-            current = id;
-            continue;
-        }
-        // Third-level lines (subsystems, programming interfaces) add nothing the readers show.
-        if (line.size() > 1 && line[1] == '\t') continue;
-        if (block == BlockVendor && SplitEntry(line.substr(1), 4, id, name))
-            devices[current << 16 | id] = name;
-        else if (block == BlockClass && SplitEntry(line.substr(1), 2, id, name))
-            classes[current << 8 | id] = name;
+        if (ReadEntryId(text, at, end, 4, id))
+            vendorLines.emplace(id, at);
+        else if (text.compare(at, 2, "C ") == 0 && ReadEntryId(text, at + 2, end, 2, id))
+            classLines.emplace(id, at + 2);
+        at = end + 1;
     }
+}
+
+std::string HardwareIds::ChildName(std::size_t at, std::size_t digits, unsigned id) const
+{
+    for (at = LineEnd(text, at) + 1; at < text.size();) {
+        const std::size_t end = LineEnd(text, at);
+        const char first = text[at];
+        // A blank or comment line stays in the block; any other unindented line ends it.
+        if (first != '\t' && first != '#' && first != '\r' && at != end) break;
+        unsigned found = 0;
+        // Lines indented twice (subsystems, programming interfaces) add nothing the readers show.
+        if (first == '\t' && text.compare(at, 2, "\t\t") != 0 && ReadEntryId(text, at + 1, end, digits, found) &&
+            found == id)
+            return NameOf(text, at + 1, end, digits);
+        at = end + 1;
+    }
+    return std::string();
 }
 
 const HardwareIds& HardwareIds::Pci()
@@ -127,17 +134,24 @@ const HardwareIds& HardwareIds::Usb()
     return loaded.For(paths, 3, "usb.ids");
 }
 
-std::string HardwareIds::VendorName(unsigned vendor) const { return Find(vendors, vendor); }
+std::string HardwareIds::VendorName(unsigned vendor) const
+{
+    const auto line = vendorLines.find(vendor);
+    return line == vendorLines.end() ? std::string() : NameOf(text, line->second, LineEnd(text, line->second), 4);
+}
 
 std::string HardwareIds::DeviceName(unsigned vendor, unsigned device) const
 {
-    return Find(devices, vendor << 16 | device);
+    const auto line = vendorLines.find(vendor);
+    return line == vendorLines.end() ? std::string() : ChildName(line->second, 4, device);
 }
 
 std::string HardwareIds::ClassName(unsigned classId, unsigned subclassId) const
 {
-    const std::string sub = Find(classes, classId << 8 | subclassId);
-    return sub.empty() ? Find(classes, kClassOnly | classId) : sub;
+    const auto line = classLines.find(classId);
+    if (line == classLines.end()) return std::string();
+    const std::string sub = ChildName(line->second, 2, subclassId);
+    return sub.empty() ? NameOf(text, line->second, LineEnd(text, line->second), 2) : sub;
 }
 
 }  // namespace Linux

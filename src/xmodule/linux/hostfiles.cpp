@@ -25,13 +25,16 @@ bool Fail(std::string* why, const std::string& reason)
     return false;
 }
 
-// Reads what `fd` gives until the end; procfs and sysfs files report no size, so the loop decides.
-bool ReadAll(int fd, std::string& content, std::string* why)
+// Reads what `fd` gives until the end, or the first `head` bytes when `head` is not 0; procfs and
+// sysfs files report no size, so the loop decides.
+bool ReadAll(int fd, std::size_t head, std::string& content, std::string* why)
 {
     content.clear();
     char buffer[65536];
     for (;;) {
-        const ssize_t got = ::read(fd, buffer, sizeof buffer);
+        const std::size_t wanted = head ? std::min(sizeof buffer, head - content.size()) : sizeof buffer;
+        if (wanted == 0) return true;
+        const ssize_t got = ::read(fd, buffer, wanted);
         if (got == 0) return true;
         if (got < 0) {
             if (errno == EINTR) continue;
@@ -42,13 +45,8 @@ bool ReadAll(int fd, std::string& content, std::string* why)
     }
 }
 
-}  // namespace
-
-std::string HostFiles::Rooted(const std::string& absolute) { return RootedPath(absolute); }
-
-bool HostFiles::Read(const std::string& absolute, std::string& content, std::string* why)
+bool ReadRegularFile(const std::string& path, std::size_t head, std::string& content, std::string* why)
 {
-    const std::string path = Rooted(absolute);
     const int fd = ::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC | O_NOCTTY);
     if (fd < 0) return Fail(why, std::strerror(errno));
     struct stat status;
@@ -58,9 +56,23 @@ bool HostFiles::Read(const std::string& absolute, std::string& content, std::str
     else if (!S_ISREG(status.st_mode))
         Fail(why, "not a regular file");
     else
-        ok = ReadAll(fd, content, why);
+        ok = ReadAll(fd, head, content, why);
     ::close(fd);
     return ok;
+}
+
+}  // namespace
+
+std::string HostFiles::Rooted(const std::string& absolute) { return RootedPath(absolute); }
+
+bool HostFiles::Read(const std::string& absolute, std::string& content, std::string* why)
+{
+    return ReadRegularFile(Rooted(absolute), 0, content, why);
+}
+
+bool HostFiles::ReadHead(const std::string& absolute, std::size_t bytes, std::string& content)
+{
+    return bytes > 0 && ReadRegularFile(Rooted(absolute), bytes, content, nullptr);
 }
 
 std::string HostFiles::ReadTrimmed(const std::string& absolute)

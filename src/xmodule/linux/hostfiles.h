@@ -16,6 +16,8 @@ public:
     // The whole file, up to 64 MiB. False when it is missing, unreadable or not a regular file;
     // `why` (when given) then holds the reason, as strerror words it.
     static bool Read(const std::string& absolute, std::string& content, std::string* why = nullptr);
+    // At most the first `bytes` of the file, for a fact that stands near its top.
+    static bool ReadHead(const std::string& absolute, std::size_t bytes, std::string& content);
     // The file's text without its trailing line breaks and blanks; "" when it cannot be read.
     static std::string ReadTrimmed(const std::string& absolute);
     // The names in a folder, sorted; empty when it is missing.
