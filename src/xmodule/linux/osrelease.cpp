@@ -1,12 +1,12 @@
 #include "xmodule/linux/osrelease.h"
 
-#include "kestro/xmodule/rootprefix.h"
+#include "xmodule/linux/hostfiles.h"
 
 #include <boost/algorithm/string/classification.hpp>
 #include <boost/algorithm/string/split.hpp>
 #include <boost/algorithm/string/trim.hpp>
 
-#include <fstream>
+#include <sstream>
 #include <vector>
 
 namespace XModule {
@@ -66,8 +66,10 @@ OsRelease ParseOsRelease(std::istream& in)
 OsRelease ReadOsRelease()
 {
     for (const char* path : kOsReleasePaths) {
-        std::ifstream file(RootedPath(path).c_str());
-        if (file) return ParseOsRelease(file);
+        std::string text;
+        if (!HostFiles::Read(path, text)) continue;
+        std::istringstream file(text);
+        return ParseOsRelease(file);
     }
     return OsRelease();
 }
