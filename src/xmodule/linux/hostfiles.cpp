@@ -8,6 +8,8 @@
 #include <cerrno>
 #include <cstring>
 #include <fcntl.h>
+#include <linux/openat2.h>
+#include <sys/syscall.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -45,9 +47,31 @@ bool ReadAll(int fd, std::size_t head, std::string& content, std::string* why)
     }
 }
 
-bool ReadRegularFile(const std::string& path, std::size_t head, std::string& content, std::string* why)
+const int kOpenFlags = O_RDONLY | O_NONBLOCK | O_CLOEXEC | O_NOCTTY;
+
+// Opens `absolute` as the host under `root` sees it: an absolute link inside a snapshot
+// ("/etc/localtime -> /usr/share/zoneinfo/...") resolves within the snapshot, never to the
+// files of the machine running the tool. Kernels before 5.6 lack the call; they open plainly.
+int OpenUnderRoot(const std::string& root, const std::string& absolute)
 {
-    const int fd = ::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC | O_NOCTTY);
+    if (root == "/") return ::open(absolute.c_str(), kOpenFlags);
+    const int rootFd = ::open(root.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC);
+    if (rootFd < 0) return -1;
+    struct open_how how;
+    std::memset(&how, 0, sizeof how);
+    how.flags = kOpenFlags;
+    how.resolve = RESOLVE_IN_ROOT | RESOLVE_NO_MAGICLINKS;
+    int fd = static_cast<int>(::syscall(SYS_openat2, rootFd, absolute.c_str(), &how, sizeof how));
+    const int openError = errno;
+    ::close(rootFd);
+    if (fd < 0 && openError == ENOSYS) fd = ::open(RootedPath(absolute).c_str(), kOpenFlags);
+    else errno = openError;
+    return fd;
+}
+
+bool ReadRegularFile(const std::string& absolute, std::size_t head, std::string& content, std::string* why)
+{
+    const int fd = OpenUnderRoot(GetRootPrefix(), absolute);
     if (fd < 0) return Fail(why, std::strerror(errno));
     struct stat status;
     bool ok = false;
@@ -67,12 +91,12 @@ std::string HostFiles::Rooted(const std::string& absolute) { return RootedPath(a
 
 bool HostFiles::Read(const std::string& absolute, std::string& content, std::string* why)
 {
-    return ReadRegularFile(Rooted(absolute), 0, content, why);
+    return ReadRegularFile(absolute, 0, content, why);
 }
 
 bool HostFiles::ReadHead(const std::string& absolute, std::size_t bytes, std::string& content)
 {
-    return bytes > 0 && ReadRegularFile(Rooted(absolute), bytes, content, nullptr);
+    return bytes > 0 && ReadRegularFile(absolute, bytes, content, nullptr);
 }
 
 std::string HostFiles::ReadTrimmed(const std::string& absolute)
