@@ -55,6 +55,11 @@ TEST(ROSInventoryModuleTest, EventPagesFollowTheLimitAndTheDefaultPageHoldsOneAb
                   {0, "100", 100},  {0, "abc", 0},  {0, "2048 events", 2048}, {0, "", 0}, {0, " 7", 7}};
     for (const auto& row : limits)
         EXPECT_EQ(row.limit, ROSInventoryModule::EventLimitOf(row.configResult, row.configured)) << row.configured;
+    const std::pair<int, const char*> names[] = {{0, "Unknown"},       {4, ""},          {36, "LINUX"},
+                                                 {78, "Windows PE 32-bit"}, {79, "Windows PE 32-bit"},
+                                                 {80, "Windows PE 64-bit"}, {95, "Windows 11"}, {96, "Unknown"},
+                                                 {-1, "Unknown"}};
+    for (const auto& name : names) EXPECT_EQ(name.second, ROSInventoryModule::OperatingSystemName(name.first));
 
     const char heading[] = "System Event (Current Events:";
     const struct {

@@ -184,6 +184,25 @@ const RRecordField<protocol::EventInfo> kEventFields[] = {
     {"Computer", "Computer", &protocol::EventInfo::Computer},
 };
 
+// CIM's operating system types by number (OSType), as Windows names them; 4 has no name and 78
+// and 79 name the same system.
+const char* const kOperatingSystemNames[] = {
+    "Unknown", "Other", "MACOS", "ATTUNIX", "", "DECNT", "Tru64 UNIX", "OpenVMS", "HPUX", "AIX", "MVS", "OS400",
+    "OS/2", "JavaVM", "MSDOS", "Windows 3x", "Windows 95", "Windows 98", "Windows NT", "Windwos CE", "NCR3000",
+    "NetWare", "OSF", "DC", "Reliant UNIX", "SCO UnixWare", "SCO OpenServer", "Sequent", "IRIX", "Solaris", "SunOS",
+    "U6000", "ASERIES", "TandemNSK", "TandemNT", "BS2000", "LINUX", "Lynx", "XENIX", "VM", "Interactive UNIX",
+    "BSDUNIX", "FreeBSD", "NetBSD", "GNU Hurd", "OS9", "MACH Kernel", "Inferno", "QNX", "EPOC", "IxWorks", "VxWorks",
+    "MiNT", "BeOS", "HP MPE", "NextStep", "PalmPilot", "Rhapsody", "Windows 2000", "Dedicated", "OS/390", "VSE",
+    "TPF", "Windows (R) Me", "Caldera Open UNIX", "OpenBSD", "Not Applicable", "Windows XP", "z/OS",
+    "Windows Server 2003", "Windows Server 2003 64-bit", "Windows XP 64-bit", "Windows Server 2003 R2",
+    "WindowsServer 2003 R2 64-bit", "Windows Vista 32-bit", "Windows Vista 64-bit", "Windows Server 2008 32-bit",
+    "Windows Server 2008 64-bit", "Windows PE 32-bit", "Windows PE 32-bit", "Windows PE 64-bit",
+    "VMWare ESX Server 64-bit", "Windows Server 2008 R2", "Windows 7", "Windows 2011 SBS", "Windows 8",
+    "Windows Server 2012 R2 64-bit", "Windows Server 2012 64-bit", "Windows Server 2016",
+    "Windows Server version 1709", "Windows Server version 1803", "Windows Server 2019", "Windows 8.1", "Windows 10",
+    "Windows Server 2022", "Windows 11"
+};
+
 const char kSystemEventHeading[] = "System Event (Current Events:";
 
 const RTableForm kForms[] = {
@@ -249,6 +268,12 @@ private:
 };
 
 }  // namespace
+
+std::string ROSInventoryModule::OperatingSystemName(int number)
+{
+    const int count = static_cast<int>(sizeof kOperatingSystemNames / sizeof kOperatingSystemNames[0]);
+    return kOperatingSystemNames[number >= 0 && number < count ? number : 0];
+}
 
 std::string ROSInventoryModule::GetName() { return "ROSInventoryModule"; }
 
@@ -380,6 +405,8 @@ void ROSInventoryModule::EnumOperatingSystem(RRepository& repo)
     protocol::OperatingSystemInfo os;
     const int ret = reader.GetOperatingSystem(os);
     RLOG(3) << "OperatingSystem::GetOperatingSystem() returns ret = " << ret;
+    // A host that names itself nowhere is still named by its kind.
+    if (os.ProductName == protocol::UNKNOWN_VALUE) os.ProductName = OperatingSystemName(os.OSType);
     if (ret == 0) AddOne(repo, "OperatingSystem", "Operating System", os, kOperatingSystemFields);
 }
 

@@ -26,6 +26,8 @@ public:
     std::string GetDisplay() override;
     void DelDisuseResources() override;
 
+    // The name of CIM's operating system type `number`; "Unknown" for a number outside the table.
+    static std::string OperatingSystemName(int number);
     // KESTRO_EVENTLOG_MAX of global.config: "all" in any case, else its leading decimal number, else 0.
     static long EventLimit();
     static long EventLimitOf(int configResult, const std::string& configured);

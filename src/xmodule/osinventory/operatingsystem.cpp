@@ -6,6 +6,10 @@
 namespace XModule {
 namespace XMOperatingSystem {
 
+namespace {
+const int kLinuxOSType = 36;
+}
+
 OperatingSystem::OperatingSystem(const ConnectionInfo& connection)
     : local(Hardwareinventory::Hardwareinventory::IsLocal(connection))
 {
@@ -15,6 +19,7 @@ int OperatingSystem::GetOperatingSystem(protocol::OperatingSystemInfo& os)
 {
     if (!local) return OS_NOT_LOCAL;
     Linux::CollectOperatingSystem(os);
+    os.OSType = kLinuxOSType;
     return OS_OK;
 }
 

@@ -24,6 +24,7 @@ struct OperatingSystemInfo {
     std::string InstallationDate = UNKNOWN_VALUE;
     std::string Uptime = UNKNOWN_VALUE;
     std::string TimeofLastBoot = UNKNOWN_VALUE;
+    int OSType = 0;  // CIM's number of the kind of system: 36 for Linux, 0 when unknown
 };
 
 struct TimeZoneInfo {
