@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # Times a whole local inventory (XML file and report site) of this host against `lshw -xml` alone,
-# round after round in one run, and prints both medians, their ratio and each one's peak memory.
+# round after round in one run, and prints the medians, their ratio and each one's peak memory.
+# `inxi -F` (Debian package inxi) joins the comparison when it is installed.
 # usage: bench/local_inventory_vs_lshw.sh [ROUNDS] [KESTRO]   (defaults: 7, build/bin/kestro)
 set -euo pipefail
 cd "$(dirname "$0")/.."
@@ -22,14 +23,22 @@ measure() {
 
 median() { sort -n | awk '{ v[NR] = $1 } END { print (NR % 2) ? v[(NR + 1) / 2] : (v[NR / 2] + v[NR / 2 + 1]) / 2 }'; }
 
-: >"$work/kestro" ; : >"$work/lshw"
+: >"$work/kestro" ; : >"$work/lshw" ; : >"$work/inxi"
 for round in $(seq "$rounds"); do
   measure "$kestro" inventory --output "$work/out" >>"$work/kestro"
   measure lshw -xml >>"$work/lshw"
+  if command -v inxi >/dev/null; then measure inxi -F -c 0 >>"$work/inxi"; fi
 done
-k_ms=$(cut -d' ' -f1 "$work/kestro" | median); l_ms=$(cut -d' ' -f1 "$work/lshw" | median)
-k_kib=$(cut -d' ' -f2 "$work/kestro" | sort -n | tail -1); l_kib=$(cut -d' ' -f2 "$work/lshw" | sort -n | tail -1)
-echo "rounds: $rounds (user $(id -un))"
-echo "kestro inventory: median ${k_ms} ms, peak ${k_kib} KiB"
-echo "lshw -xml:        median ${l_ms} ms, peak ${l_kib} KiB"
-awk -v k="$k_ms" -v l="$l_ms" 'BEGIN { printf "ratio kestro/lshw: %.2f\n", (l > 0) ? k / l : 0 }'
+
+# "name: median ms, peak KiB" of one tool's rounds.
+report() {
+  [ -s "$work/$1" ] || return 0
+  printf '%-18s median %s ms, peak %s KiB\n' "$2:" "$(cut -d' ' -f1 "$work/$1" | median)" \
+    "$(cut -d' ' -f2 "$work/$1" | sort -n | tail -1)"
+}
+echo "rounds: $rounds (user $(id -un), load $(cut -d' ' -f1 /proc/loadavg))"
+report kestro "kestro inventory"
+report lshw "lshw -xml"
+report inxi "inxi -F"
+awk -v k="$(cut -d' ' -f1 "$work/kestro" | median)" -v l="$(cut -d' ' -f1 "$work/lshw" | median)" \
+  'BEGIN { printf "ratio kestro/lshw: %.2f\n", (l > 0) ? k / l : 0 }'
