@@ -3,7 +3,6 @@
 #include "kestro/xmodule/unreadable.h"
 #include "xmodule/linux/hostfiles.h"
 #include "xmodule/linux/pcidevices.h"
-#include "xmodule/linux/sysfsnumber.h"
 #include "xmodule/linux/udevdatabase.h"
 #include "xmodule/linux/valueformat.h"
 
@@ -136,7 +135,7 @@ std::string ReadAttribute(const std::string& folder, const std::string& name)
 bool ReadSectorsAsBytes(const std::string& folder, const char* name, std::uint64_t& bytes)
 {
     std::uint64_t sectors = 0;
-    if (!ParseSysfsDecimal(ReadAttribute(folder, name), sectors)) return false;
+    if (!ParseDecimal(ReadAttribute(folder, name), sectors)) return false;
     if (sectors > std::numeric_limits<std::uint64_t>::max() / kSectorBytes) return false;
     bytes = sectors * kSectorBytes;
     return true;
@@ -227,7 +226,7 @@ std::string ReadDiskStatus(const std::string& folder, DiskKind kind)
 {
     if (kind != DiskKind::SoftwareRaid) return DescribeDeviceState(ReadAttribute(folder, "device/state"));
     std::uint64_t missingMembers = 0;
-    if (ParseSysfsDecimal(ReadAttribute(folder, "md/degraded"), missingMembers) && missingMembers > 0)
+    if (ParseDecimal(ReadAttribute(folder, "md/degraded"), missingMembers) && missingMembers > 0)
         return "Degraded";
     return DescribeDeviceState(ReadAttribute(folder, "md/array_state"));
 }
@@ -288,7 +287,7 @@ std::vector<protocol::Partition> ReadPartitions(const std::string& diskFolder, c
         const std::string folder = diskFolder + "/" + child;
         std::uint64_t number = std::numeric_limits<std::uint64_t>::max();
         if (!HostFiles::Exists(folder + "/partition")) continue;
-        ParseSysfsDecimal(ReadAttribute(folder, "partition"), number);
+        ParseDecimal(ReadAttribute(folder, "partition"), number);
         numbered.emplace_back(number, ReadPartition(folder, child, tableType));
     }
     std::stable_sort(

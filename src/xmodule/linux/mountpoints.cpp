@@ -4,7 +4,6 @@
 #include "kestro/xmodule/unreadable.h"
 #include "xmodule/linux/blockdevices.h"
 #include "xmodule/linux/hostfiles.h"
-#include "xmodule/linux/sysfsnumber.h"
 #include "xmodule/linux/udevdatabase.h"
 #include "xmodule/linux/valueformat.h"
 
@@ -89,8 +88,8 @@ bool IsDeviceNumber(const std::string& field)
 {
     const std::size_t colon = field.find(':');
     std::uint64_t number = 0;
-    return colon != std::string::npos && ParseSysfsDecimal(field.substr(0, colon), number) &&
-           ParseSysfsDecimal(field.substr(colon + 1), number);
+    return colon != std::string::npos && ParseDecimal(field.substr(0, colon), number) &&
+           ParseDecimal(field.substr(colon + 1), number);
 }
 
 bool ParseMountLine(const std::string& line, MountEntry& entry)

@@ -15,18 +15,6 @@
 namespace XModule {
 namespace Linux {
 
-namespace {
-
-bool ReadUserId(const std::string& text, unsigned long& uid)
-{
-    if (text.empty() || text.find_first_not_of("0123456789") != std::string::npos) return false;
-    errno = 0;
-    uid = std::strtoul(text.c_str(), nullptr, 10);
-    return errno == 0;
-}
-
-}  // namespace
-
 std::vector<PasswdEntry> ParsePasswd(const std::string& text)
 {
     enum PasswdField { NAME, PASSWORD, UID, GID, GECOS };
@@ -37,8 +25,8 @@ std::vector<PasswdEntry> ParsePasswd(const std::string& text)
         if (TrimText(line).empty() || line[0] == '#' || line[0] == '+' || line[0] == '-') continue;
         std::vector<std::string> fields;
         boost::algorithm::split(fields, line, [](char c) { return c == ':'; });
-        unsigned long uid = 0;
-        if (fields.size() <= UID || fields[NAME].empty() || !ReadUserId(fields[UID], uid)) {
+        std::uint64_t uid = 0;
+        if (fields.size() <= UID || fields[NAME].empty() || !ParseDecimal(fields[UID], uid)) {
             XLOG(LOG_WARN) << "[repo] passwd line not understood: " << line.substr(0, 40);
             continue;
         }
@@ -62,8 +50,8 @@ UserNames ReadUserNames()
 
 std::string NameOfUser(const UserNames& names, const std::string& uid)
 {
-    unsigned long id = 0;
-    if (!ReadUserId(uid, id)) return protocol::UNKNOWN_VALUE;
+    std::uint64_t id = 0;
+    if (!ParseDecimal(uid, id)) return protocol::UNKNOWN_VALUE;
     const UserNames::const_iterator it = names.find(id);
     return it == names.end() ? uid : it->second;
 }

@@ -1,7 +1,6 @@
 #include "xmodule/linux/scsidevices.h"
 
 #include "xmodule/linux/hostfiles.h"
-#include "xmodule/linux/sysfsnumber.h"
 #include "xmodule/linux/udevdatabase.h"
 #include "xmodule/linux/valueformat.h"
 
@@ -109,9 +108,9 @@ bool ParseScsiAddress(const std::string& name, ScsiAddress& address)
     std::vector<std::string> parts;
     boost::algorithm::split(parts, name, [](char c) { return c == ':'; });
     ScsiAddress parsed;
-    if (parts.size() != 4 || !ParseSysfsDecimal(parts[0], parsed.host) ||
-        !ParseSysfsDecimal(parts[1], parsed.channel) || !ParseSysfsDecimal(parts[2], parsed.target) ||
-        !ParseSysfsDecimal(parts[3], parsed.lun))
+    if (parts.size() != 4 || !ParseDecimal(parts[0], parsed.host) ||
+        !ParseDecimal(parts[1], parsed.channel) || !ParseDecimal(parts[2], parsed.target) ||
+        !ParseDecimal(parts[3], parsed.lun))
         return false;
     address = parsed;
     return true;
@@ -120,7 +119,7 @@ bool ParseScsiAddress(const std::string& name, ScsiAddress& address)
 std::string DescribeScsiDeviceType(const std::string& typeText)
 {
     std::uint64_t code = 0;
-    if (!ParseSysfsDecimal(typeText, code)) return TextOrUnknown(typeText);
+    if (!ParseDecimal(typeText, code)) return TextOrUnknown(typeText);
     for (const ScsiDeviceType& type : kScsiDeviceTypes)
         if (type.code == code) return type.name;
     return std::to_string(code);

@@ -41,14 +41,6 @@ const std::size_t kUtmpSecondsAt = 340;
 const int kUtmpUserProcess = 7;
 
 
-bool ParseNumber(const std::string& text, std::uint64_t& value)
-{
-    if (text.empty() || text.find_first_not_of("0123456789") != std::string::npos) return false;
-    errno = 0;
-    value = std::strtoull(text.c_str(), nullptr, 10);
-    return errno != ERANGE;
-}
-
 std::uint32_t ReadLittleEndian(const std::string& bytes, std::size_t at, std::size_t width)
 {
     std::uint32_t value = 0;
@@ -154,7 +146,7 @@ bool ParseLogindSession(const std::string& text, LoginSession& session)
     session.place = Value(fields, "SEAT").empty() ? Value(fields, "TTY") : Value(fields, "SEAT");
     session.remoteHost = Value(fields, "REMOTE_HOST");
     std::uint64_t microseconds = 0;
-    session.loginTime = ParseNumber(Value(fields, "REALTIME"), microseconds) ? microseconds / 1000000 : 0;
+    session.loginTime = ParseDecimal(Value(fields, "REALTIME"), microseconds) ? microseconds / 1000000 : 0;
     return !session.user.empty();
 }
 
