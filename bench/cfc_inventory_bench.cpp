@@ -4,7 +4,7 @@
 // requests times latency.
 #include "kestro/repository/rrepository.h"
 #include "kestro/xmodule/log.h"
-#include "support/loopbackbmc.h"
+#include "fakebmc/loopbackbmc.h"
 
 #include <benchmark/benchmark.h>
 
@@ -22,7 +22,7 @@ const std::size_t kPageSize = 10;
 LoopbackBmc::Options FullBmc()
 {
     LoopbackBmc::Options options;
-    options.fixtureRoot = std::string(KESTRO_TEST_FIXTURES) + "/bmc/full";
+    options.fixtureRoot = std::string(KESTRO_SOURCE_ROOT) + "/tests/fixtures/bmc/full";
     options.https = true;
     options.user = kUser;
     options.password = kPassword;

@@ -1,5 +1,5 @@
 #include "support/commandrun.h"
-#include "support/loopbackbmc.h"
+#include "fakebmc/loopbackbmc.h"
 #include "support/tempdir.h"
 
 #include <gtest/gtest.h>

@@ -1,7 +1,7 @@
 #ifndef KESTRO_TESTS_MINIMALBMC_H
 #define KESTRO_TESTS_MINIMALBMC_H
 
-#include "support/loopbackbmc.h"
+#include "fakebmc/loopbackbmc.h"
 
 #include <string>
 

@@ -1,4 +1,4 @@
-#include "support/mockuptree.h"
+#include "fakebmc/mockuptree.h"
 
 #include <boost/json/parse.hpp>
 #include <gtest/gtest.h>

@@ -3,7 +3,7 @@
 
 #include "kestro/repository/rrepository.h"
 #include "kestro/xmodule/connectioninfo.h"
-#include "support/loopbackbmc.h"
+#include "fakebmc/loopbackbmc.h"
 
 #include <boost/scoped_ptr.hpp>
 

@@ -7,7 +7,7 @@
 
 #include <boost/program_options.hpp>
 
-#include "support/loopbackbmc.h"
+#include "fakebmc/loopbackbmc.h"
 
 namespace po = boost::program_options;
 
@@ -29,7 +29,10 @@ int main(int argc, char** argv)
     int pageSize = 0;
     int failFirst = 0;
     int latencyMs = 0;
-    po::options_description described("kestro-fake-bmc: serve a Redfish mockup folder (<root>/redfish/v1/.../index.json)");
+    po::options_description described(
+        "kestro-fake-bmc: serve a Redfish mockup folder (<root>/redfish/v1/.../index.json)\n"
+        "A two-socket server is installed with it: --root " KESTRO_FAKEBMC_MOCKUPS "/full\n"
+        "(in a source checkout: tests/fixtures/bmc/full)");
     described.add_options()
         ("help,h", "show this help")
         ("root,r", po::value<std::string>(&options.fixtureRoot)->required(), "mockup folder")

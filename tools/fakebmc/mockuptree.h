@@ -1,5 +1,5 @@
-#ifndef KESTRO_TESTS_MOCKUPTREE_H
-#define KESTRO_TESTS_MOCKUPTREE_H
+#ifndef KESTRO_FAKEBMC_MOCKUPTREE_H
+#define KESTRO_FAKEBMC_MOCKUPTREE_H
 
 #include <cstddef>
 #include <map>

@@ -1,4 +1,4 @@
-#include "support/selfsignedcertificate.h"
+#include "fakebmc/selfsignedcertificate.h"
 
 #include <memory>
 #include <stdexcept>

@@ -1,5 +1,5 @@
-#ifndef KESTRO_TESTS_LOOPBACKBMC_H
-#define KESTRO_TESTS_LOOPBACKBMC_H
+#ifndef KESTRO_FAKEBMC_LOOPBACKBMC_H
+#define KESTRO_FAKEBMC_LOOPBACKBMC_H
 
 #include <cstddef>
 #include <map>

@@ -1,4 +1,4 @@
-#include "support/loopbackbmc.h"
+#include "fakebmc/loopbackbmc.h"
 
 #include <sys/socket.h>
 
@@ -21,8 +21,8 @@
 #include <boost/beast/http.hpp>
 #include <zlib.h>
 
-#include "support/mockuptree.h"
-#include "support/selfsignedcertificate.h"
+#include "fakebmc/mockuptree.h"
+#include "fakebmc/selfsignedcertificate.h"
 
 namespace asio = boost::asio;
 namespace http = boost::beast::http;
