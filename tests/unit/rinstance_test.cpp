@@ -1,5 +1,6 @@
 #include "kestro/repository/rinstance.h"
 #include "repository/rinstance_p.h"
+#include "support/golden.h"
 #include "support/logcapture.h"
 
 #include <gtest/gtest.h>
@@ -44,17 +45,15 @@ TEST(RInstanceTest, ScalarKeysAreCheckedAndListKeysAreNot)
     }
 }
 
-TEST(RInstanceTest, DisplayTextWithColonIsBlankedForScalarsOnly)
+TEST(RInstanceTest, DisplayTextWithColonOrLeadingDashIsBlankedForScalarsOnly)
 {
     RInstance instance("T", "T", -1);
     instance.AddProperty("Scalar", "Speed: MHz", 5, false);
     instance.AddProperty("Dashed", "-dash", 5, false);
     instance.AddProperty("List", "Speed: MHz", std::vector<int>(1, 5));
     instance.AddProperty("Plain", "Speed", 5, false);
-    EXPECT_EQ("", instance.GetPropertyDisplay("Scalar"));
-    EXPECT_EQ("", instance.GetPropertyDisplay("Dashed"));
-    EXPECT_EQ("Speed: MHz", instance.GetPropertyDisplay("List"));
-    EXPECT_EQ("Speed", instance.GetPropertyDisplay("Plain"));
+    const char* const displays[][2] = {{"Scalar", ""}, {"Dashed", ""}, {"List", "Speed: MHz"}, {"Plain", "Speed"}};
+    for (const auto& d : displays) EXPECT_EQ(d[1], instance.GetPropertyDisplay(d[0])) << d[0];
     EXPECT_EQ(4u, instance.GetRProperty().size());
 }
 
@@ -246,25 +245,6 @@ TEST(RInstanceTest, XmlAndJsonForms)
     RInstance instance("DataSource", "Data Source", -1);
     EXPECT_EQ(-1, instance.GetID());
     instance.AddProperty("Name", "Name", std::string("kestro"), false);
-    EXPECT_EQ(
-        "<?xml version=\"1.0\" encoding=\"utf-8\"?>\n"
-        "<DataSource>\n"
-        "  <display>Data Source</display>\n"
-        "  <Name>\n"
-        "    <display>Name</display>\n"
-        "    <value>kestro</value>\n"
-        "  </Name>\n"
-        "</DataSource>\n",
-        instance.ToXML());
-    EXPECT_EQ(
-        "{\n"
-        "    \"DataSource\": {\n"
-        "        \"display\": \"Data Source\",\n"
-        "        \"Name\": {\n"
-        "            \"display\": \"Name\",\n"
-        "            \"value\": \"kestro\"\n"
-        "        }\n"
-        "    }\n"
-        "}\n",
-        instance.ToJSON());
+    EXPECT_TRUE(MatchesGolden("rinstance/datasource.xml", instance.ToXML()));
+    EXPECT_TRUE(MatchesGolden("rinstance/datasource.json", instance.ToJSON()));
 }
