@@ -10,6 +10,18 @@ namespace {
 
 std::string PathOf(const std::string& name) { return std::string(KESTRO_TEST_FIXTURES) + "/golden/" + name; }
 
+std::string ReadWhole(const std::string& path)
+{
+    std::ifstream in(path.c_str(), std::ios::binary);
+    if (!in) {
+        ADD_FAILURE() << "no fixture file " << path;
+        return std::string();
+    }
+    std::ostringstream content;
+    content << in.rdbuf();
+    return content.str();
+}
+
 std::string LineAt(const std::string& text, size_t number)
 {
     std::istringstream in(text);
@@ -21,16 +33,11 @@ std::string LineAt(const std::string& text, size_t number)
 
 }  // namespace
 
+std::string Fixture(const std::string& name) { return ReadWhole(std::string(KESTRO_TEST_FIXTURES) + "/" + name); }
+
 std::string Golden(const std::string& name, const GoldenValues& values)
 {
-    std::ifstream in(PathOf(name).c_str(), std::ios::binary);
-    if (!in) {
-        ADD_FAILURE() << "no golden file " << PathOf(name);
-        return std::string();
-    }
-    std::ostringstream content;
-    content << in.rdbuf();
-    const std::string text = content.str();
+    const std::string text = ReadWhole(PathOf(name));
 
     std::string filled;
     std::map<std::string, int> used;

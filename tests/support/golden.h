@@ -11,6 +11,9 @@
 // every token in the file must be given a value and every value given must be used.
 typedef std::map<std::string, std::string> GoldenValues;
 
+// The file `name` under tests/fixtures/ as it is, for inputs too long to read well in a test.
+std::string Fixture(const std::string& name);
+
 // The golden text `name` (a path under tests/fixtures/golden/) with its tokens filled in.
 std::string Golden(const std::string& name, const GoldenValues& values = GoldenValues());
 

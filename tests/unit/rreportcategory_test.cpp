@@ -1,37 +1,11 @@
 #include "repository/rreportcategory.h"
+#include "support/golden.h"
 #include "support/logcapture.h"
 #include "support/tempdir.h"
 
 #include <gtest/gtest.h>
 
 using namespace kestro::repository;
-
-namespace {
-
-const char kCategoryFile[] =
-    "<?xml version=\"1.0\"?>\n"
-    "<report>\n"
-    "  <category><name>main</name><display>Main</display>\n"
-    "    <group IsHidden=\"false\"><name>system</name><display>System</display>\n"
-    "      <type>DataSource</type>\n"
-    "      <type legacy=\"false\">Processor</type>\n"
-    "      <type legacy=\"true\">OldThing</type>\n"
-    "      <type legacy=\"\">EmptyLegacy</type>\n"
-    "      <type>PCIAdapter?Class=Network=Card</type>\n"
-    "      <type>Memory?NoEquals</type>\n"
-    "    </group>\n"
-    "    <note>ignored element</note>\n"
-    "    <group IsHidden=\"true\"><name>hidden</name><display>Hidden</display><type>H</type></group>\n"
-    "    <group legacy=\"true\"><name>old</name><display>Old</display><type>O</type></group>\n"
-    "    <group IsHidden=\"true\" legacy=\"true\"><name>both</name><display>Both</display></group>\n"
-    "    <group IsHidden=\"True\"><name>capital</name><display>Capital</display></group>\n"
-    "  </category>\n"
-    "  <category><name>more</name><display>More</display>\n"
-    "    <group><name>system</name><display>System again</display><type>Extra</type></group>\n"
-    "  </category>\n"
-    "</report>\n";
-
-}  // namespace
 
 TEST(RReportCategoryTest, TypeSpecificationsParseNameAndOneFilter)
 {
@@ -55,7 +29,7 @@ TEST(RReportCategoryTest, TypeSpecificationsParseNameAndOneFilter)
 TEST(RReportCategoryTest, GroupsTypesHiddenAndLegacy)
 {
     TempDir dir;
-    const std::string path = dir.Write("reportcategory_test.xml", kCategoryFile);
+    const std::string path = dir.Write("reportcategory_test.xml", Fixture("repository/reportcategory_parse.xml"));
     RReportCategory category(nullptr);
     LogCapture capture;
     ASSERT_TRUE(category.Load(path));

@@ -19,30 +19,10 @@ namespace {
 const char* const kDataFiles[] = {"repository.css", "sorttable.js", "tooltip.js", "orvena_logo.png", "banner_bg.png",
                                   "header_bg.png",  "i.gif",        "w.gif",      "e.gif"};
 
-// Groups that cover each line of the navigator's decision table.
-const char kCategories[] =
-    "<report>"
-    "<category><name>main</name><display>Main</display>"
-    "<group><name>system_overview</name><display>Overview</display><type>DataSource</type></group>"
-    "<group IsHidden=\"true\"><name>hidden_data</name><display>Hidden</display><type>DataSource</type></group>"
-    "<group legacy=\"true\"><name>legacy_data</name><display>Legacy data</display><type>DataSource</type></group>"
-    "<group><name>empty</name><display>Empty</display><type>ExecutionErrorLog</type></group>"
-    "<group IsHidden=\"True\"><name>capital</name><display>Capital</display></group>"
-    "<group legacy=\"true\"><name>legacy_empty</name><display>Legacy empty</display></group>"
-    "<group><name>nodisplay</name><display></display><type>DataSource</type></group>"
-    "<group><name>uefi_hidden_log</name><display>UEFI</display><type>DataSource</type></group>"
-    "<group><name>filtered</name><display>Filtered</display><type>DataSource?Name=nomatch</type>"
-    "<type>Unknown</type></group>"
-    "</category>"
-    "<category><name>skipped</name><display>Nothing shown</display>"
-    "<group><name>uefi_hidden_log</name><display>UEFI</display></group>"
-    "</category>"
-    "</report>";
-
 // Fills the host's data folder and gives an empty site folder beside it.
 std::string PrepareHome(const FixtureHost& host)
 {
-    host.Dir().Write("data/reportcategory_rhel.xml", kCategories);
+    host.Dir().Write("data/reportcategory_rhel.xml", Fixture("repository/reportcategory_decisions.xml"));
     for (const char* file : kDataFiles) host.Dir().Write(std::string("data/") + file, file);
     const std::string site = host.Dir().Path() + "/site";
     boost::filesystem::create_directory(site);
@@ -179,27 +159,4 @@ TEST(RReportSiteTest, ChildTypesShowOnlyUnderTheirParents)
                                      "<tr><td><a href=\"adapters.html\" target=\"content_frame\">Adapters</a></td></tr>"));
     // Reference types are looked up once per page type; the per-row wrappers only rerun the callback.
     EXPECT_EQ(1, capture.Count("[repo] Cannot find type name to build wrapper: Missing")) << capture.Dump();
-}
-
-TEST(RReportSiteTest, ComparedFilesShowOldAndNewValues)
-{
-    FixtureHost host("ID=rhel\n");
-    const std::string site = PrepareHome(host);
-    RRepository first(ConnectLocal);
-    first.SetDataSource("kestro", "1", "4.4.1");
-    ASSERT_TRUE(first.WriteXML("old.xml", host.Dir().Path()));
-    RRepository second(ConnectLocal);
-    second.SetDataSource("kestro", "2", "4.4.1");
-    ASSERT_TRUE(second.WriteXML("new.xml", host.Dir().Path()));
-
-    RRepository compared(ConnectNone);
-    ASSERT_TRUE(compared.ReadXML(host.Dir().Path() + "/old.xml", host.Dir().Path() + "/new.xml"));
-    compared.InitDepModules();
-    ASSERT_TRUE(compared.LoadCategories());
-    ASSERT_TRUE(compared.WriteHTML(site));
-    const std::string page = host.Dir().Read("site/system_overview.html");
-    EXPECT_NE(std::string::npos, page.find("<td>kestro</td>\n")) << page;
-    EXPECT_NE(std::string::npos,
-              page.find("<td><span class=\"old\">old:</span>1<br/>\n<span class=\"new\">new:</span>2<br/>\n</td>\n"))
-        << page;
 }

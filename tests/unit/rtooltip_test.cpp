@@ -1,4 +1,5 @@
 #include "kestro/repository/rtooltip.h"
+#include "support/golden.h"
 #include "support/logcapture.h"
 #include "support/tempdir.h"
 
@@ -8,24 +9,10 @@
 
 using kestro::repository::RToolTip;
 
-namespace {
+// Each test uses group names of its own (the fixture's start with "load-"): the tips live in one
+// object for the whole process.
 
-// Each test uses group names of its own: the tips live in one object for the whole process.
-const char kGoodFile[] =
-    "<?xml version=\"1.0\"?>\n"
-    "<tooltip>\n"
-    "  <group><name>load-system</name>\n"
-    "    <type><name>Processor</name><tip>Sockets and cores</tip></type>\n"
-    "    <note>ignored</note>\n"
-    "    <type><name>Memory</name><tip>DIMMs &amp; &lt;b&gt;ranks&lt;/b&gt;</tip><extra/></type>\n"
-    "  </group>\n"
-    "  <comment>ignored as well</comment>\n"
-    "  <group><name>load-empty</name></group>\n"
-    "  <group><name>load-system</name>\n"
-    "    <type><name>Processor</name><tip>shadowed by the first group</tip></type>\n"
-    "    <type><name>Fan</name><tip>not reached: its group is shadowed</tip></type>\n"
-    "  </group>\n"
-    "</tooltip>\n";
+namespace {
 
 bool HasRecordStarting(const LogCapture& capture, int level, const std::string& start, const std::string& fragment)
 {
@@ -40,7 +27,7 @@ bool HasRecordStarting(const LogCapture& capture, int level, const std::string& 
 bool FirstUseBuildsOneObjectWithoutTips()
 {
     TempDir home;
-    home.Write("data/tooltip.xml", kGoodFile);
+    home.Write("data/tooltip.xml", Fixture("repository/tooltip.xml"));
     ScopedEnv env("KESTRO_HOME", home.Path());
     const boost::shared_ptr<RToolTip> first = RToolTip::Instance();
     const bool empty = first->GetTypeTip("load-system", "Processor").empty();
@@ -59,7 +46,7 @@ TEST(RToolTipDeathTest, FirstUseBuildsOneObjectWithoutTips)
 TEST(RToolTipTest, LoadsTheProgramTipsTheFirstMatchWinsCopiesCarryThemAndMissesAreSilent)
 {
     TempDir home;
-    home.Write("data/tooltip.xml", kGoodFile);
+    home.Write("data/tooltip.xml", Fixture("repository/tooltip.xml"));
     ScopedEnv env("KESTRO_HOME", home.Path());
     const boost::shared_ptr<RToolTip> tips = RToolTip::Instance();
     ASSERT_TRUE(tips);
