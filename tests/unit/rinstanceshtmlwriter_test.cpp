@@ -139,8 +139,6 @@ TEST(RInstancesHTMLWriterTest, CellValuesJoinListsAndFormatValues)
 
     EXPECT_EQ("", writer.FormatPreformatted(""));
     EXPECT_EQ("\n<pre>\nline 1\n<b>line 2</b>\n</pre>\n", writer.FormatPreformatted("line 1\n<b>line 2</b>"));
-    EXPECT_EQ("<b>x</b> [y]", writer.FormatBBCode("[b]x[/b] [y]"));
-    EXPECT_EQ("", writer.FormatBBCode(""));
 }
 
 TEST(RInstancesHTMLWriterTest, RawDataFilesAreWrittenOrLinkedByName)
