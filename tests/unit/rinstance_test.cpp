@@ -151,18 +151,6 @@ TEST(RInstanceTest, ListsKeepOrderAndAppendToOutput)
     EXPECT_EQ("", instance.GetNormalizedValue("Missing", "|"));
 }
 
-TEST(RInstanceTest, ReplacingAKeyKeepsItsPlace)
-{
-    RInstance instance("T", "T", -1);
-    instance.AddProperty("A", "A", 1, false);
-    instance.AddProperty("B", "B", 2, false);
-    instance.AddProperty("A", "A", 3, false);
-    const std::vector<RProperty> properties = instance.GetRProperty();
-    ASSERT_EQ(2u, properties.size());
-    EXPECT_EQ("A", properties[0].name);
-    EXPECT_EQ("3", Value(instance, "A"));
-}
-
 TEST(RInstanceTest, AttributesReferencesAndTips)
 {
     RInstance instance("PCIPort", "Port", 1);
@@ -175,6 +163,12 @@ TEST(RInstanceTest, AttributesReferencesAndTips)
     EXPECT_THROW(instance.AddPropertyAttr("Missing", "raw"), boost::property_tree::ptree_bad_path);
     instance.AddProperty("9Bad", "Bad", 1, false);
     EXPECT_THROW(instance.AddPropertyAttr("9Bad", "raw"), boost::property_tree::ptree_bad_path);
+
+    // Adding a key again replaces its value in its place.
+    instance.AddProperty("Raw", "Raw", std::string("again"), false);
+    instance.AddPropertyAttr("Raw", "raw");
+    instance.AddPropertyAttr("Raw", "filename", "nic.txt");
+    EXPECT_EQ("again", Value(instance, "Raw"));
 
     const std::vector<RProperty> properties = instance.GetRProperty();
     ASSERT_EQ(2u, properties.size());
