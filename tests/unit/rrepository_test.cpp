@@ -156,7 +156,7 @@ TEST(RRepositoryTest, ModeNoneHasNothingUntilAFileIsRead)
     EXPECT_EQ(0, std::count(available.begin(), available.end(), "LinuxKernelModule"));
 }
 
-TEST(RRepositoryTest, StoreHandsOutCopiesAndListsEachTypeOnce)
+TEST(RRepositoryTest, StoreHandsOutCopiesListsEachTypeOnceAndCombines)
 {
     TempDir dir;
     RRepository repo(ConnectNone);
@@ -182,6 +182,17 @@ TEST(RRepositoryTest, StoreHandsOutCopiesAndListsEachTypeOnce)
     ASSERT_EQ(1u, sources.size());
     EXPECT_EQ("kestro", sources[0]->GetNormalizedValue("Name", ""));
     repo.FreeInstances(sources);
+    // Combining adds every entry of the other, each time; a repository is not combined with itself.
+    RRepository target(ConnectNone);
+    target.Combine(repo);
+    target.Combine(repo);
+    EXPECT_EQ((std::vector<std::string>{"DataSource", "Memory", "Processor"}), target.GetCollectedInstanceTypes());
+    processors = target.GetInstances("Processor");
+    EXPECT_EQ(8u, processors.size());
+    target.FreeInstances(processors);
+    LogCapture capture;
+    target.Combine(target);
+    EXPECT_TRUE(capture.Has(2, "[repo] Cannot combine a repository with itself"));
 }
 
 TEST(RRepositoryTest, SettingsAreKept)
@@ -383,24 +394,6 @@ TEST(RRepositoryTest, WideReadOfBytesThatAreNotUtf8RaisesBadConversion)
         EXPECT_STREQ("bad conversion", e.what());
     }
     repo.FreeInstances(disks);
-}
-
-TEST(RRepositoryTest, CombineAddsEveryEntryOfTheOther)
-{
-    XModule::ConnectionInfo bmc;
-    RRepository target(bmc, CaseCfcOob);
-    RRepository source(bmc, CaseCfcOob);
-    Record("Processor", "cpu0", 0).AddToRepository(source);
-    Record("Memory", "dimm", 1).AddToRepository(source);
-    target.Combine(source);
-    target.Combine(source);
-    EXPECT_EQ((std::vector<std::string>{"Memory", "Processor"}), target.GetCollectedInstanceTypes());
-    std::vector<RInstance*> processors = target.GetInstances("Processor");
-    EXPECT_EQ(2u, processors.size());
-    target.FreeInstances(processors);
-    LogCapture capture;
-    target.Combine(target);
-    EXPECT_TRUE(capture.Has(2, "[repo] Cannot combine a repository with itself"));
 }
 
 TEST(RRepositoryTest, DeviceScanTakesTheUserOptionsAndLeavesAnEmptyScan)
