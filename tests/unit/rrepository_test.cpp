@@ -1,5 +1,6 @@
 #include "kestro/repository/rinstance.h"
 #include "kestro/repository/rrepository.h"
+#include "kestro/systemtype/systemtype.h"
 #include "support/fixturehost.h"
 #include "support/logcapture.h"
 #include "support/tempdir.h"
@@ -98,6 +99,8 @@ TEST(RRepositoryTest, EachModePicksItsCaseAndOrdinaryCasesLookForThePlugin)
         {static_cast<ConnectMode>(5), "ID=rhel\n", "windows", true},
         {ConnectNone, "ID=rhel\n", "", false},
     };
+    // The server family is detected once per process, on first need; done here, its lines stay out.
+    kestro::SystemType::GetInstance()->GetSystemType();
     for (const auto& c : cases) {
         SCOPED_TRACE(c.expected);
         FixtureHost host(c.release);
