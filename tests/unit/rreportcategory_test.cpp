@@ -7,10 +7,10 @@
 
 using namespace kestro::repository;
 
-TEST(RReportCategoryTest, TypeSpecificationsParseNameAndOneFilter)
+TEST(RReportCategoryTest, TypeTextsParseNameAndOneFilter)
 {
     const char* const cases[][4] = {
-        // specification, name, filter key and value (empty: no filter)
+        // type text, name, filter key and value (empty: no filter)
         {"DataSource", "DataSource", "", ""},
         {"PCIAdapter?Class=Network=Card", "PCIAdapter", "Class", "Network=Card"},
         {"Memory?NoEquals", "Memory", "", ""},
