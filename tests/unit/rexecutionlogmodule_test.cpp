@@ -1,8 +1,6 @@
 #include "repository/modules/rexecutionlogmodule.h"
 
 #include "kestro/repository/rinstance.h"
-#include "kestro/repository/rinstanceshtmlwriter.h"
-#include "kestro/repository/rinstanceswrapper.h"
 #include "kestro/repository/rrepository.h"
 #include "kestro/xmodule/log.h"
 #include "support/logcapture.h"
@@ -63,50 +61,12 @@ TEST(RExecutionLogModuleTest, KeepsWholeLinesWithAnErrorOrFatalMarker)
     }
 }
 
+// The error lines of the run's own log file become records; a clean or missing log adds none.
 TEST(RExecutionLogModuleTest, RecordsTheErrorLinesOfTheRunsLogFile)
 {
     TempDir dir;
     RRepository repo(ConnectNone);
     RExecutionLogModule module;
-    {
-        ScopedLogFile logFile(dir.Path() + "/run.log");
-        XLOG(1) << "first failure";
-        XLOG(2) << "only a warning";
-        XLOG(1) << "second failure";
-        LogCapture capture;
-        module.EnumInstances("ExecutionErrorLog", repo);
-        EXPECT_TRUE(capture.Has(3, "[repo] Enter EnumExecutionErrorLogInstances"));
-        EXPECT_TRUE(capture.Has(3, "[repo] file name: " + dir.Path() + "/run.log"));
-        EXPECT_TRUE(capture.Has(3, "[repo] record execution error log... "));
-        EXPECT_TRUE(capture.Has(3, "[repo] Exit EnumExecutionErrorLogInstances"));
-    }
-    const Lines values = ValuesOf(repo);
-    ASSERT_EQ(2u, values.size());
-    EXPECT_NE(std::string::npos, values[0].find(" [ERROR] rexecutionlogmodule_test.cpp:"));
-    EXPECT_EQ(" first failure", values[0].substr(values[0].size() - 14));
-    EXPECT_EQ(" second failure", values[1].substr(values[1].size() - 15));
-
-    // One wide column headed by the property's display name.
-    std::vector<RInstance*> records = repo.GetInstances("ExecutionErrorLog");
-    {
-        RInstancesHTMLWriter writer(dir.Path(), "log", "Log");
-        EXPECT_TRUE(RInstancesWrapper("ExecutionErrorLog", records, module.FindWrapCallback("ExecutionErrorLog"))
-                        .WriteReport(writer));
-    }
-    repo.FreeInstances(records);
-    EXPECT_NE(std::string::npos, dir.Read("log.html").find("<div class=\"tabletitle\">Execution Log</div>\n"
-                                                           "<table width=\"100%\" class=\"rowtable\">\n<tr>\n"
-                                                           "<th width=\"100%\">Log Message</th>\n</tr>\n"
-                                                           "<tr class=\"bg0\">\n<td>" + values[0] + "</td>\n</tr>\n"));
-}
-
-TEST(RExecutionLogModuleTest, CleanOrMissingLogAddsNothing)
-{
-    TempDir dir;
-    RRepository repo(ConnectNone);
-    RExecutionLogModule module;
-    EXPECT_EQ("RExecutionLog Module", module.GetName());
-    EXPECT_EQ("Execution Log Module", module.GetDisplay());
     {
         ScopedLogFile logFile(dir.Path() + "/clean.log");
         XLOG(3) << "all went well";
@@ -114,10 +74,30 @@ TEST(RExecutionLogModuleTest, CleanOrMissingLogAddsNothing)
         module.EnumInstances("ExecutionErrorLog", repo);
         EXPECT_EQ(0, capture.Count("record execution error log"));
     }
+    EXPECT_TRUE(ValuesOf(repo).empty());
+    {
+        ScopedLogFile logFile(dir.Path() + "/run.log");
+        XLOG(1) << "first failure";
+        XLOG(2) << "only a warning";
+        XLOG(1) << "second failure";
+        LogCapture capture;
+        module.EnumInstances("ExecutionErrorLog", repo);
+        const std::string steps[] = {"[repo] Enter EnumExecutionErrorLogInstances",
+                                     "[repo] file name: " + dir.Path() + "/run.log",
+                                     "[repo] record execution error log... ", "[repo] Exit EnumExecutionErrorLogInstances"};
+        for (const std::string& line : steps) EXPECT_TRUE(capture.Has(3, line)) << line;
+    }
+    const Lines values = ValuesOf(repo);
+    ASSERT_EQ(2u, values.size());
+    EXPECT_NE(std::string::npos, values[0].find(" [ERROR] rexecutionlogmodule_test.cpp:"));
+    EXPECT_EQ(" first failure", values[0].substr(values[0].size() - 14));
+    EXPECT_EQ(" second failure", values[1].substr(values[1].size() - 15));
+
+    RRepository none(ConnectNone);
     LogCapture capture;
-    module.EnumInstances("ExecutionErrorLog", repo);
+    module.EnumInstances("ExecutionErrorLog", none);
     EXPECT_TRUE(capture.Has(3, "[repo] file name: "));
     EXPECT_TRUE(capture.Has(1, "[repo] Failed to open file "));
     EXPECT_TRUE(capture.Has(3, "[repo] Exit EnumExecutionErrorLogInstances"));
-    EXPECT_TRUE(ValuesOf(repo).empty());
+    EXPECT_TRUE(ValuesOf(none).empty());
 }

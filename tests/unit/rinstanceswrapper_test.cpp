@@ -1,11 +1,13 @@
 #include "kestro/repository/rinstance.h"
 #include "kestro/repository/rinstanceshtmlwriter.h"
 #include "kestro/repository/rinstanceswrapper.h"
+#include "support/golden.h"
 #include "support/logcapture.h"
 #include "support/tempdir.h"
 
 #include <gtest/gtest.h>
 
+#include <boost/algorithm/string/split.hpp>
 #include <boost/bind/bind.hpp>
 #include <boost/filesystem/operations.hpp>
 #include <boost/lexical_cast.hpp>
@@ -16,13 +18,33 @@ using namespace kestro::repository;
 
 namespace {
 
+// One property of a record; attrs holds words: hidden (XML only), list (value split at ','), raw, bb.
+struct Prop {
+    std::string key;
+    std::string display;
+    std::string value;
+    std::string attrs;
+};
+typedef std::vector<Prop> Fields;
+
+bool HasWord(const std::string& words, const std::string& word) { return words.find(word) != std::string::npos; }
+
 // Records owned by the test, handed to wrappers as the report side does.
 class Records {
 public:
-    RInstance& Add(const std::string& type, const std::string& display, int id)
+    RInstance& Add(const std::string& type, const std::string& display, const Fields& fields, int id = -1)
     {
         owned.emplace_back(new RInstance(type, display, id));
         pointers.push_back(owned.back().get());
+        for (const Prop& p : fields) {
+            std::vector<std::string> list;
+            if (HasWord(p.attrs, "list"))
+                owned.back()->AddProperty(p.key, p.display, boost::split(list, p.value, [](char c) { return c == ','; }));
+            else
+                owned.back()->AddProperty(p.key, p.display, p.value, HasWord(p.attrs, "hidden"));
+            for (const char* attr : {"raw", "bb"})
+                if (HasWord(p.attrs, attr)) owned.back()->AddPropertyAttr(p.key, attr);
+        }
         return *owned.back();
     }
     const std::vector<RInstance*>& All() const { return pointers; }
@@ -52,7 +74,7 @@ RInstancesWrapper::WrapCallback ColumnForm(unsigned percent, unsigned columns)
     return boost::bind(&Columns, boost::placeholders::_1, percent, columns);
 }
 
-// What a page holds between its top and its bottom.
+// What a page holds between its title and its bottom.
 std::string WrittenBody(const TempDir& dir, const RInstancesWrapper& wrapper, bool* result = nullptr)
 {
     {
@@ -60,76 +82,88 @@ std::string WrittenBody(const TempDir& dir, const RInstancesWrapper& wrapper, bo
         const bool written = wrapper.WriteReport(writer);
         if (result) *result = written;
     }
-    const std::string page = dir.Read("page.html");
-    const std::string top = "<div class=\"pagetitle\">Page</div>\n";
-    const std::string::size_type begin = page.find(top);
-    const std::string::size_type end = page.rfind("<br/><br/>\n");
-    if (begin == std::string::npos || end == std::string::npos) return "malformed page: " + page;
-    return page.substr(begin + top.size(), end - begin - top.size());
+    return PageBody(dir.Read("page.html"), "Page");
 }
 
-void AddDisk(Records& records, const std::string& name, const std::string& size)
+int FilesIn(const std::string& path)
 {
-    RInstance& disk = records.Add("Disk", "Disks", -1);
-    disk.AddProperty("Name", "Name", name, false);
-    disk.AddProperty("Size", "Size (GB)", size, false);
-    disk.AddProperty("Secret", "Secret", std::string("hidden"), true);
+    int files = 0;
+    for (boost::filesystem::recursive_directory_iterator it(path), end; it != end; ++it)
+        files += boost::filesystem::is_regular_file(it->path());
+    return files;
+}
+
+Fields Disk(const std::string& name, const std::string& size)
+{
+    return {{"Name", "Name", name, ""}, {"Size", "Size (GB)", size, ""}, {"Secret", "Secret", "hidden", "hidden"}};
 }
 
 }  // namespace
 
-TEST(RInstancesWrapperTest, RowFormWritesOneRowPerInstance)
+// Each form's whole mark-up; no form but the raw rows writes a file beside the page.
+TEST(RInstancesWrapperTest, FormsWriteTheirTables)
 {
-    TempDir dir;
-    Records records;
-    AddDisk(records, "sda", "100");
-    AddDisk(records, "sdb", "2000|||4000");
-    records.All()[0]->AddToolTip("Disks the host sees");
-    const RInstancesWrapper wrapper("Disk", records.All(), RowForm({30, 70}, true));
-    bool written = false;
-    EXPECT_EQ(
-        "<div class=\"tabletitle\">Disks</div>\n"
-        "<button class=\"questionmark\" onclick=\"show(this)\" onmouseout=\"hide(this)\">?</button>\n"
-        "<div class=\"tooltip\">Disks the host sees</div>\n"
-        "<table width=\"100%\" class=\"rowtable sortable\">\n"
-        "<tr>\n"
-        "<th width=\"30%\">Name</th>\n"
-        "<th width=\"70%\">Size (GB)</th>\n"
-        "</tr>\n"
-        "<tr class=\"bg0\">\n"
-        "<td>sda</td>\n"
-        "<td>100</td>\n"
-        "</tr>\n"
-        "<tr class=\"bg1\">\n"
-        "<td>sdb</td>\n"
-        "<td><span class=\"old\">old:</span>2000<br/>\n<span class=\"new\">new:</span>4000<br/>\n</td>\n"
-        "</tr>\n"
-        "</table>\n",
-        WrittenBody(dir, wrapper, &written));
-    EXPECT_TRUE(written);
-}
-
-TEST(RInstancesWrapperTest, PercentsOfTheWrongLengthAreMended)
-{
-    Records records;
-    AddDisk(records, "sda", "1");
-    records.All()[0]->AddProperty("Model", "Model", std::string("X"), false);
-    LogCapture capture;
-    TempDir dir;
-    const RInstancesWrapper wrapper("Disk", records.All(), RowForm({50}, false));
-    EXPECT_TRUE(capture.Has(2, "[repo] Headers and percent have different sizes, need to mend percent."));
-    EXPECT_TRUE(capture.Has(4, "[repo] headers: Name Size Model "));
-    const std::string body = WrittenBody(dir, wrapper);
-    EXPECT_EQ(3u, static_cast<size_t>(std::count(body.begin(), body.end(), '%')) - 1) << body;
-    EXPECT_NE(std::string::npos, body.find("<th width=\"33%\">Model</th>"));
+    const Fields event = {{"T", "T", "", ""}, {"Type", "Type", "Information", ""}, {"Message", "Message", "m", ""}};
+    Fields critical = event;
+    critical[1].value = "Critical";
+    const Fields rawAndBb = {{"RawData", "Raw Data", "[b]nic0[/b]|||[i]nic1[/i]", "raw bb"},
+                             {"Filename", "File", "nic0", ""}};
+    Fields mended = Disk("sda", "1");
+    mended.push_back({"Model", "Model", "X", ""});
+    const struct {
+        const char* golden;
+        const char* type;
+        const char* display;
+        std::vector<Fields> records;
+        RInstancesWrapper::WrapCallback form;
+        const char* tip;      // on the first record; empty: none
+        const char* warning;  // the level 2 line logged; empty: none
+    } cases[] = {
+        {"row_form.html", "Disk", "Disks", {Disk("sda", "100"), Disk("sdb", "2000|||4000")}, RowForm({30, 70}, true),
+         "Disks the host sees", ""},
+        // Percents of the wrong length are mended to equal shares.
+        {"row_form_mended.html", "Disk", "Disks", {mended}, RowForm({50}, false), "",
+         "[repo] Headers and percent have different sizes, need to mend percent."},
+        {"column_form.html", "Fan", "Fans",
+         {{{"Name", "Name", "a", ""}}, {{"Name", "Name", "b|||B", ""}}, {{"Name", "Name", "c", ""}}}, ColumnForm(20, 2),
+         "", ""},
+        // The last, short table of processors keeps the width of the cells above it.
+        {"processor_chunks.html", "Processor", "Processors",
+         {{{"Socket", "Socket", "CPU 1", ""}}, {{"Socket", "Socket", "CPU 2", ""}}, {{"Socket", "Socket", "CPU 3", ""}}},
+         ColumnForm(20, 2), "", ""},
+        {"processor_even.html", "Processor", "Processors",
+         {{{"Socket", "Socket", "CPU 1", ""}}, {{"Socket", "Socket", "CPU 2", ""}}}, ColumnForm(20, 2), "", ""},
+        // Event rows get an icon for the known severities in place of the "T" column.
+        {"event_icons.html", "ApplicationEventDefault", "Application Event", {event, critical},
+         RowForm({2, 8, 90}, true), "", ""},
+        {"column_form_raw.html", "NetworkRawData", "Network Raw Data",
+         {{{"RawData", "Raw Data", "a,b", "list raw"}, {"Filename", "File", "nic0", ""}}}, ColumnForm(30, 1), "", ""},
+        // BBCode wins over raw in both forms.
+        {"bbcode_over_raw_rows.html", "NetworkRawData", "Network Raw Data", {rawAndBb}, RowForm({50, 50}, false), "",
+         ""},
+        {"bbcode_over_raw_columns.html", "NetworkRawData", "Network Raw Data", {rawAndBb}, ColumnForm(30, 1), "", ""},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.golden);
+        Records records;
+        for (const Fields& fields : c.records) records.Add(c.type, c.display, fields);
+        if (*c.tip) records.All()[0]->AddToolTip(c.tip);
+        TempDir dir;
+        LogCapture capture;
+        const RInstancesWrapper wrapper(c.type, records.All(), c.form);
+        bool written = false;
+        EXPECT_TRUE(MatchesGolden(std::string("wrapper/") + c.golden, WrittenBody(dir, wrapper, &written)));
+        EXPECT_TRUE(written);
+        EXPECT_EQ(1, FilesIn(dir.Path()));
+        EXPECT_TRUE(!*c.warning || capture.Has(2, c.warning)) << capture.Dump();
+    }
 }
 
 TEST(RInstancesWrapperTest, FiltersAndNumericSortKeys)
 {
     Records records;
-    AddDisk(records, "sda", "10");
-    AddDisk(records, "nvme0", "9");
-    AddDisk(records, "sdc", "+10");
+    const char* const disks[][2] = {{"sda", "10"}, {"nvme0", "9"}, {"sdc", "+10"}};
+    for (const auto& disk : disks) records.Add("Disk", "Disks", Disk(disk[0], disk[1]));
     TempDir dir;
     RInstancesWrapper ascending("Disk", records.All(), RowForm({50, 50}, true));
     ascending.AddSorter("Size", true);
@@ -150,92 +184,11 @@ TEST(RInstancesWrapperTest, FiltersAndNumericSortKeys)
     EXPECT_EQ("", WrittenBody(dir, none, &written));
     EXPECT_FALSE(written);
 
-    AddDisk(records, "text", "abc");
+    records.Add("Disk", "Disks", Disk("text", "abc"));
     RInstancesWrapper broken("Disk", records.All(), RowForm({50, 50}, true));
     broken.AddSorter("Size", false);
     RInstancesHTMLWriter writer(dir.Path(), "broken", "Broken");
     EXPECT_THROW(broken.WriteReport(writer), boost::bad_lexical_cast);
-}
-
-TEST(RInstancesWrapperTest, ColumnFormFillsShortTables)
-{
-    Records records;
-    for (const char* name : {"a", "b|||B", "c"}) {
-        RInstance& record = records.Add("Fan", "Fans", -1);
-        record.AddProperty("Name", "Name", std::string(name), false);
-    }
-    TempDir dir;
-    const RInstancesWrapper wrapper("Fan", records.All(), ColumnForm(20, 2));
-    EXPECT_EQ(
-        "<div class=\"tabletitle\">Fans</div>\n"
-        "<table width=\"100%\" class=\"coltable\">\n"
-        "<tr class=\"bg0\">\n"
-        "<th width=\"20%\">Name</th>\n"
-        "<td>a</td>\n"
-        "<td><span class=\"old\">old:</span>b<br/>\n<span class=\"new\">new:</span>B<br/>\n</td>\n"
-        "</tr>\n"
-        "</table>\n"
-        "<table width=\"100%\" class=\"coltable\">\n"
-        "<tr class=\"bg0\">\n"
-        "<th width=\"20%\">Name</th>\n"
-        "<td>c</td>\n"
-        "<td></td>\n"
-        "</tr>\n"
-        "</table>\n",
-        WrittenBody(dir, wrapper));
-}
-
-TEST(RInstancesWrapperTest, ProcessorChunksKeepTheirWidth)
-{
-    Records records;
-    for (const char* name : {"CPU 1", "CPU 2", "CPU 3"}) {
-        RInstance& record = records.Add("Processor", "Processors", -1);
-        record.AddProperty("Socket", "Socket", std::string(name), false);
-    }
-    TempDir dir;
-    const RInstancesWrapper wrapper("Processor", records.All(), ColumnForm(20, 2));
-    EXPECT_EQ(
-        "<div class=\"tabletitle\">Processors</div>\n"
-        "<table width=\"100%\" class=\"coltable\">\n"
-        "<tr class=\"bg0\">\n"
-        "<th width=\"20%\">Socket</th>\n"
-        "<td width=\"0%\">CPU 1</td>\n"
-        "<td width=\"0%\">CPU 2</td>\n"
-        "</tr>\n"
-        "</table>\n"
-        "</table>\n"
-        "<table width=\"60%\" class=\"coltable\">\n"
-        "<tr class=\"bg0\">\n"
-        "<th width=\"20%\">Socket</th>\n"
-        "<td width=\"40%\">CPU 3</td>\n"
-        "</tr>\n"
-        "</table>\n",
-        WrittenBody(dir, wrapper));
-
-    Records two;
-    for (const char* name : {"CPU 1", "CPU 2"}) two.Add("Processor", "Processors", -1).AddProperty("Socket", "Socket", std::string(name), false);
-    const RInstancesWrapper even("Processor", two.All(), ColumnForm(20, 2));
-    const std::string body = WrittenBody(dir, even);
-    EXPECT_EQ(std::string::npos, body.find("</table>\n</table>"));
-    EXPECT_NE(std::string::npos, body.find("<td width=\"0%\">CPU 2</td>"));
-}
-
-TEST(RInstancesWrapperTest, EventRowsGetSeverityIcons)
-{
-    Records records;
-    for (const char* type : {"Information", "Critical"}) {
-        RInstance& event = records.Add("ApplicationEventDefault", "Application Event", -1);
-        event.AddProperty("T", "T", std::string(""), false);
-        event.AddProperty("Type", "Type", std::string(type), false);
-        event.AddProperty("Message", "Message", std::string("m"), false);
-    }
-    TempDir dir;
-    const RInstancesWrapper wrapper("ApplicationEventDefault", records.All(), RowForm({2, 8, 90}, true));
-    const std::string body = WrittenBody(dir, wrapper);
-    EXPECT_NE(std::string::npos,
-              body.find("<tr class=\"bg0\">\n<td><img src=\"data/i.gif\"></td>\n<td>Information</td>\n<td>m</td>\n</tr>\n"))
-        << body;
-    EXPECT_NE(std::string::npos, body.find("<tr class=\"bg1\">\n<td>Critical</td>\n<td>m</td>\n</tr>\n")) << body;
 }
 
 TEST(RInstancesWrapperTest, NothingToWriteGivesFalse)
@@ -249,7 +202,7 @@ TEST(RInstancesWrapperTest, NothingToWriteGivesFalse)
     EXPECT_TRUE(capture.Has(2, "[repo] Data is empty for type: Disk"));
 
     Records records;
-    records.Add("Bare", "Bare", -1);
+    records.Add("Bare", "Bare", {});
     const RInstancesWrapper headerless("Bare", records.All(), RowForm({100}, false));
     EXPECT_EQ("", WrittenBody(dir, headerless, &written));
     EXPECT_TRUE(capture.Has(2, "[repo] Data header is empty for type: Bare"));
@@ -316,60 +269,30 @@ TEST(RInstancesWrapperTest, RawCellsFollowTheFirstRuleTheTypeNameMatches)
     for (const auto& c : cases) {
         SCOPED_TRACE(std::string(c.type) + " " + c.value);
         Records records;
-        RInstance& record = records.Add(c.type, "Raw", -1);
-        record.AddProperty(c.key, "Raw Text", c.value, false);
-        record.AddPropertyAttr(c.key, "raw");
+        RInstance& record = records.Add(c.type, "Raw", {{c.key, "Raw Text", c.value, "raw"}});
         if (*c.filenameAttr) record.AddPropertyAttr(c.key, "filename", c.filenameAttr);
         record.AddProperty("Filename", "File", std::string(c.fileProperty), false);
         TempDir dir;
         LogCapture capture;
         const RInstancesWrapper wrapper(c.type, records.All(), RowForm({50, 50}, false));
         EXPECT_EQ(OneRowTable("Raw", {"Raw Text", "File"}, {c.cell, c.fileProperty}), WrittenBody(dir, wrapper));
-        if (c.file) {
-            EXPECT_EQ(c.value, dir.Read(c.file));
-        }
+        if (c.file) { EXPECT_EQ(c.value, dir.Read(c.file)); }
+        EXPECT_EQ(c.file ? 2 : 1, FilesIn(dir.Path()));
         EXPECT_EQ(c.logged.empty() ? 0 : 1, capture.Count(", to write the value: ")) << capture.Dump();
-        if (!c.logged.empty()) {
-            EXPECT_TRUE(capture.Has(3, "[repo] " + c.logged)) << capture.Dump();
-        }
+        EXPECT_TRUE(c.logged.empty() || capture.Has(3, "[repo] " + c.logged)) << capture.Dump();
     }
-}
-
-TEST(RInstancesWrapperTest, ColumnFormNeverWritesRawFiles)
-{
-    Records records;
-    RInstance& raw = records.Add("NetworkRawData", "Network Raw Data", -1);
-    raw.AddProperty("RawData", "Raw Data", std::vector<std::string>{"a", "b"});
-    raw.AddPropertyAttr("RawData", "raw");
-    raw.AddProperty("Filename", "File", std::string("nic0"), false);
-    TempDir dir;
-    const RInstancesWrapper wrapper("NetworkRawData", records.All(), ColumnForm(30, 1));
-    EXPECT_EQ(
-        "<div class=\"tabletitle\">Network Raw Data</div>\n"
-        "<table width=\"100%\" class=\"coltable\">\n"
-        "<tr class=\"bg0\">\n<th width=\"30%\">Raw Data</th>\n<td>\n<pre>\na\nb\n</pre>\n</td>\n</tr>\n"
-        "<tr class=\"bg1\">\n<th width=\"30%\">File</th>\n<td>nic0</td>\n</tr>\n"
-        "</table>\n",
-        WrittenBody(dir, wrapper));
-    EXPECT_FALSE(boost::filesystem::exists(dir.Path() + "/nic0.txt"));
 }
 
 TEST(RInstancesWrapperTest, ReferenceDataNestsOneIndentPerLevel)
 {
     Records adapters;
-    adapters.Add("PCIAdapter", "Adapters", 1).AddProperty("Name", "Name", std::string("nic1"), false);
+    adapters.Add("PCIAdapter", "Adapters", {{"Name", "Name", "nic1", ""}}, 1);
     Records ports;
-    for (int id : {7, 8}) {
-        RInstance& port = ports.Add("PCIPort", "Ports", id);
-        port.AddProperty("Port", "Port", "p" + std::to_string(id), false);
-        port.AddReference("PCIAdapter", 1);
-    }
+    for (int id : {7, 8})
+        ports.Add("PCIPort", "Ports", {{"Port", "Port", "p" + std::to_string(id), ""}}, id).AddReference("PCIAdapter", 1);
     Records lanes;
-    for (const char* name : {"l0", "l1"}) {
-        RInstance& lane = lanes.Add("PCILane", "Lanes", -1);
-        lane.AddProperty("Lane", "Lane", std::string(name), false);
-        lane.AddReference("PCIPort", 7);
-    }
+    for (const char* name : {"l0", "l1"})
+        lanes.Add("PCILane", "Lanes", {{"Lane", "Lane", name, ""}}).AddReference("PCIPort", 7);
 
     RInstancesWrapper portWrapper("PCIPort", ports.All(), RowForm({100}, false));
     portWrapper.AddReferenceData(RInstancesWrapper("PCILane", lanes.All(), RowForm({100}, false)));
@@ -377,45 +300,6 @@ TEST(RInstancesWrapperTest, ReferenceDataNestsOneIndentPerLevel)
     wrapper.AddReferenceData(portWrapper);
     TempDir dir;
     LogCapture capture;
-    EXPECT_EQ(
-        "<div class=\"tabletitle\">Adapters</div>\n"
-        "<table width=\"100%\" class=\"rowtable\">\n<tr>\n<th width=\"100%\">Name</th>\n</tr>\n"
-        "<tr class=\"bg0\">\n<td>nic1</td>\n</tr>\n</table>\n"
-        "<div class=\"indentmargin\">\n"
-        "<div class=\"tabletitle\">Ports</div>\n"
-        "<table width=\"100%\" class=\"rowtable\">\n<tr>\n<th width=\"100%\">Port</th>\n</tr>\n"
-        "<tr class=\"bg0\">\n<td>p7</td>\n</tr>\n</table>\n"
-        "<div class=\"indentmargin\">\n"
-        "<div class=\"tabletitle\">Lanes</div>\n"
-        "<table width=\"100%\" class=\"rowtable\">\n<tr>\n<th width=\"100%\">Lane</th>\n</tr>\n"
-        "<tr class=\"bg0\">\n<td>l0</td>\n</tr>\n"
-        "<tr class=\"bg1\">\n<td>l1</td>\n</tr>\n</table>\n"
-        "</div>\n"
-        "<div class=\"tabletitle\">Ports</div>\n"
-        "<table width=\"100%\" class=\"rowtable\">\n<tr>\n<th width=\"100%\">Port</th>\n</tr>\n"
-        "<tr class=\"bg0\">\n<td>p8</td>\n</tr>\n</table>\n"
-        "<div class=\"indentmargin\">\n"
-        "</div>\n"
-        "</div>\n",
-        WrittenBody(dir, wrapper));
+    EXPECT_TRUE(MatchesGolden("wrapper/reference_nesting.html", WrittenBody(dir, wrapper)));
     EXPECT_TRUE(capture.Has(2, "[repo] Data is empty for type: PCILane"));
-}
-
-TEST(RInstancesWrapperTest, BBCodeWinsOverRawInBothForms)
-{
-    Records records;
-    RInstance& raw = records.Add("NetworkRawData", "Network Raw Data", -1);
-    raw.AddProperty("RawData", "Raw Data", std::string("[b]nic0[/b]|||[i]nic1[/i]"), false);
-    raw.AddPropertyAttr("RawData", "raw");
-    raw.AddPropertyAttr("RawData", "bb");
-    raw.AddProperty("Filename", "File", std::string("nic0"), false);
-    const std::string value =
-        "<span class=\"old\">old:</span><b>nic0</b><br/>\n<span class=\"new\">new:</span><i>nic1</i><br/>\n";
-    TempDir dir;
-    const RInstancesWrapper rows("NetworkRawData", records.All(), RowForm({50, 50}, false));
-    EXPECT_EQ(OneRowTable("Network Raw Data", {"Raw Data", "File"}, {value, "nic0"}), WrittenBody(dir, rows));
-    const RInstancesWrapper columns("NetworkRawData", records.All(), ColumnForm(30, 1));
-    EXPECT_NE(std::string::npos,
-              WrittenBody(dir, columns).find("<th width=\"30%\">Raw Data</th>\n<td>" + value + "</td>\n"));
-    EXPECT_FALSE(boost::filesystem::exists(dir.Path() + "/nic0.txt"));
 }

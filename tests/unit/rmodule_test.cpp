@@ -76,8 +76,6 @@ TEST(RModuleTest, DataSourceModuleAddsOneRecordOnlyWithAName)
     std::vector<std::string> types;
     empty.EnumTypes(types);
     EXPECT_EQ(std::vector<std::string>(1, "DataSource"), types);
-    EXPECT_EQ("DataSource", empty.GetName());
-    EXPECT_EQ("Data Source", empty.GetDisplay());
     empty.EnumInstances("DataSource", repo);
     EXPECT_TRUE(repo.GetCollectedInstanceTypes().empty());
 

@@ -35,13 +35,14 @@ std::string VolatileRecord(const std::string& name, const std::string& free)
            free + "</value><volatile/></Free></Volume>";
 }
 
+// The values of `key` in each record of `type`; the key "display" gives the records' display.
 std::vector<std::string> Values(RRepository& repo, const std::string& type, const std::string& key)
 {
     std::vector<std::string> values;
     std::vector<RInstance*> records = repo.GetInstances(type);
     for (RInstance* record : records) {
-        std::string value;
-        record->GetPropertyValue(key, value);
+        std::string value = record->GetDisplay();
+        if (key != "display") record->GetPropertyValue(key, value);
         values.push_back(value);
     }
     repo.FreeInstances(records);
@@ -54,49 +55,40 @@ typedef std::vector<std::string> Texts;
 
 TEST(RStoreComparerTest, ComparedValuesShowOldAndNew)
 {
-    TempDir dir;
-    const std::string older = dir.Write(
-        "old.xml", File("rhel", Record("Processor", "cpu0", "2000") + Record("Processor", "cpu1", "2000") +
-                                    Record("Processor", "cpu2", "2100") + Record("Fan", "fan0", "900")));
-    const std::string newer = dir.Write(
-        "new.xml", File("rhel", Record("Processor", "cpu0", "2000") + Record("Processor", "cpu1", "2400") +
-                                    Record("Disk", "sda", "0")));
-    RRepository repo(ConnectNone);
-    ASSERT_TRUE(repo.ReadXML(older, newer));
-    EXPECT_EQ((Texts{"cpu0", "cpu1", "cpu2|||"}), Values(repo, "Processor", "Name"));
-    EXPECT_EQ((Texts{"2000", "2000|||2400", "2100|||"}), Values(repo, "Processor", "Speed"));
-    EXPECT_EQ((Texts{"fan0|||"}), Values(repo, "Fan", "Name"));
-    EXPECT_EQ((Texts{"|||sda"}), Values(repo, "Disk", "Name"));
-    EXPECT_EQ((Texts{"|||0"}), Values(repo, "Disk", "Speed"));
-
-    RRepository volumes(ConnectNone);
-    ASSERT_TRUE(volumes.ReadXML(dir.Write("v1.xml", File("rhel", VolatileRecord("/", "10 GiB"))),
-                                dir.Write("v2.xml", File("rhel", VolatileRecord("/boot", "9 GiB")))));
-    EXPECT_EQ((Texts{"9 GiB"}), Values(volumes, "Volume", "Free"));
-    EXPECT_EQ((Texts{"/|||/boot"}), Values(volumes, "Volume", "Name"));
-
-    std::vector<RInstance*> fans = repo.GetInstances("Fan");
-    ASSERT_EQ(1u, fans.size());
-    EXPECT_EQ("Fan", fans[0]->GetDisplay());
-    repo.FreeInstances(fans);
-}
-
-TEST(RStoreComparerTest, IdenticalFilesStayPlainAndReferencedRecordsAreNotMerged)
-{
-    TempDir dir;
-    const std::string records = Record("Processor", "cpu0", "2000") + Record("PCIPort", "p0", "10", "PCIAdapter=1");
-    const std::string same = dir.Write("same.xml", File("rhel", records));
-    RRepository repo(ConnectNone);
-    ASSERT_TRUE(repo.ReadXML(same, same));
-    EXPECT_EQ((Texts{"2000"}), Values(repo, "Processor", "Speed"));
-    EXPECT_EQ((Texts{"p0"}), Values(repo, "PCIPort", "Name"));
-
-    const std::string older = dir.Write("old.xml", File("rhel", Record("PCIPort", "p0", "10", "PCIAdapter=1") +
-                                                                    Record("PCIPort", "p9", "10", "PCIAdapter=1")));
-    const std::string newer = dir.Write("new.xml", File("rhel", Record("PCIPort", "p1", "25", "PCIAdapter=1")));
-    RRepository referenced(ConnectNone);
-    ASSERT_TRUE(referenced.ReadXML(older, newer));
-    EXPECT_EQ((Texts{"p1"}), Values(referenced, "PCIPort", "Name"));
+    const std::string ports = Record("PCIPort", "p0", "10", "PCIAdapter=1");
+    const std::string same = File("rhel", Record("Processor", "cpu0", "2000") + ports);
+    const struct {
+        std::string older;
+        std::string newer;
+        std::vector<std::pair<std::string, Texts> > values;  // type and key, values in record order
+    } cases[] = {
+        {File("rhel", Record("Processor", "cpu0", "2000") + Record("Processor", "cpu1", "2000") +
+                          Record("Processor", "cpu2", "2100") + Record("Fan", "fan0", "900")),
+         File("rhel", Record("Processor", "cpu0", "2000") + Record("Processor", "cpu1", "2400") +
+                          Record("Disk", "sda", "0")),
+         {{"Processor Name", {"cpu0", "cpu1", "cpu2|||"}},
+          {"Processor Speed", {"2000", "2000|||2400", "2100|||"}},
+          {"Fan Name", {"fan0|||"}},
+          {"Fan display", {"Fan"}},
+          {"Disk Name", {"|||sda"}},
+          {"Disk Speed", {"|||0"}}}},
+        // A volatile value is not compared: the newer one stands.
+        {File("rhel", VolatileRecord("/", "10 GiB")), File("rhel", VolatileRecord("/boot", "9 GiB")),
+         {{"Volume Free", {"9 GiB"}}, {"Volume Name", {"/|||/boot"}}}},
+        {same, same, {{"Processor Speed", {"2000"}}, {"PCIPort Name", {"p0"}}}},
+        // Records with a parent are not merged: the newer ones stand.
+        {File("rhel", ports + Record("PCIPort", "p9", "10", "PCIAdapter=1")),
+         File("rhel", Record("PCIPort", "p1", "25", "PCIAdapter=1")), {{"PCIPort Name", {"p1"}}}},
+    };
+    for (const auto& c : cases) {
+        TempDir dir;
+        RRepository repo(ConnectNone);
+        ASSERT_TRUE(repo.ReadXML(dir.Write("old.xml", c.older), dir.Write("new.xml", c.newer)));
+        for (const auto& v : c.values) {
+            const std::string::size_type blank = v.first.find(' ');
+            EXPECT_EQ(v.second, Values(repo, v.first.substr(0, blank), v.first.substr(blank + 1))) << v.first;
+        }
+    }
 }
 
 TEST(RStoreComparerTest, FailuresKeepTheFirstFile)
