@@ -1,11 +1,13 @@
 #include "kestro/repository/rinstance.h"
 #include "kestro/repository/rinstanceswrapper.h"
+#include "kestro/rest/redfishclient.h"
 #include "rcfctestsupport.h"
 #include "repository/modules/rcfcbmclogsinventorymodule.h"
 #include "repository/modules/rcfcenvironmentinfoinventorymodule.h"
 #include "repository/modules/rcfcfirmwareinventorymodule.h"
 #include "repository/modules/rcfchardwareinventorymodule.h"
 #include "repository/modules/rcfcipmilogsinventorymodule.h"
+#include "repository/modules/rcfclogreader.h"
 #include "repository/modules/rcfcredfish.h"
 #include "repository/modules/rcfcstoragedeviceinfoinventorymodule.h"
 #include "support/logcapture.h"
@@ -220,4 +222,53 @@ TEST(RCFCRedfishTest, FieldsAreReadFromTheirBranchByTheirKind)
     };
     for (const auto& c : cases)
         EXPECT_EQ(c.text, RCFCRedfish::ReadField(member, c.field, c.platformV2)) << c.field.key << " " << c.field.kind;
+}
+
+TEST(RCFCFirmwareInventoryModuleTest, MachineTypeComesFromTheVendorBranchOrTheModel)
+{
+    const struct {
+        const char* system;
+        const char* machineType;
+    } cases[] = {
+        {R"({"Model": "7D76CTO1WW", "Oem": {"Orvena": {"MachineType": "7D75"}}})", "7D75"},
+        {R"({"Model": "7X06A0ABCD"})", "7X06"},
+        {R"({"Model": "7X0"})", "N/A"},
+        {R"({"Model": "SR-650 V3"})", "N/A"},
+        {R"({"Model": 7606})", "N/A"},
+        {R"({"Oem": {"Orvena": {"MachineType": 7606}}, "Model": "7D76CTO1WW"})", "7D76"},
+        {R"({})", "N/A"},
+    };
+    for (const auto& c : cases)
+        EXPECT_EQ(c.machineType, RCFCFirmwareInventoryModule::MachineTypeOf(boost::json::parse(c.system))) << c.system;
+}
+
+TEST(RCFCIPMILogsInventoryModuleTest, DirectionWordsMatchExactly)
+{
+    const struct {
+        const char* text;
+        const char* word;
+    } cases[] = {
+        {"Assertion event", "Assert"},   {"Deassertion event", "Deassert"}, {"assertion event", "Unknown"},
+        {"Assertion event ", "Unknown"}, {"Assertion", "Unknown"},          {"", "Unknown"},
+        {"N/A", "Unknown"},
+    };
+    for (const auto& c : cases) EXPECT_EQ(c.word, RCFCLogReader::DirectionWord(c.text)) << '"' << c.text << '"';
+}
+
+TEST(RCFCStorageDeviceInfoInventoryModuleTest, BaseAddressIsAlwaysHttpsWithAPort)
+{
+    XModule::ConnectionInfo connection;
+    connection.host = "fd00::5";
+    connection.isIPv6 = true;
+    connection.port = 8443;
+    connection.scheme = XModule::XModuleConnection::SchemeHttp;
+    EXPECT_EQ("https://[fd00::5]:8443", RCFCStorageDeviceInfoInventoryModule::MakeStorageClient(connection).baseUrl);
+    connection.host = "bmc.example";
+    connection.isIPv6 = false;
+    connection.port = 0;
+    RCFCStorageDeviceInfoInventoryModule::StorageClient storage =
+        RCFCStorageDeviceInfoInventoryModule::MakeStorageClient(connection);
+    EXPECT_EQ("https://bmc.example:443", storage.baseUrl);
+    ASSERT_TRUE(storage.client);
+    EXPECT_EQ("application/json", storage.client->GetHeaders()["Content-Type"]);
 }

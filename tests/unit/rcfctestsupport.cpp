@@ -129,12 +129,3 @@ std::vector<std::string> ColumnOf(RRepository& repo, const std::string& type, co
     repo.FreeInstances(records);
     return column;
 }
-
-std::vector<std::string> DisplaysOf(RRepository& repo, const std::string& type)
-{
-    std::vector<std::string> displays;
-    std::vector<RInstance*> records = repo.GetInstances(type);
-    for (RInstance* record : records) displays.push_back(record->GetDisplay());
-    repo.FreeInstances(records);
-    return displays;
-}

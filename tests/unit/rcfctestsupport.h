@@ -51,8 +51,6 @@ std::string RecordsText(RCFCTarget& target, const std::vector<std::string>& type
 // `text` equals tests/fixtures/golden/<name>. With KESTRO_UPDATE_GOLDEN=1 the file is written
 // instead, and the test fails so that such a run never passes unseen.
 void ExpectGolden(const std::string& name, const std::string& text);
-// The display name of each record of `type`: the title of its table in the report.
-std::vector<std::string> DisplaysOf(kestro::repository::RRepository& repo, const std::string& type);
 // One column of the records of `type`.
 std::vector<std::string> ColumnOf(kestro::repository::RRepository& repo, const std::string& type,
                                   const std::string& key);
