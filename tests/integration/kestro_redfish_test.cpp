@@ -31,7 +31,6 @@ CommandRun RunTool(const std::string& environment, const std::string& arguments)
     return RunCommand("setsid sh -c \"" + command + "\"");
 }
 
-// Every process's command line, as a process listing shows them.
 // The command line of `pid` as a process listing shows it. Only the tool's own: other runs of
 // the tool on this machine (a parallel test) may still be starting with the password unmasked.
 std::string CommandLineOf(pid_t pid)

@@ -10,25 +10,13 @@
 #include <string>
 #include <vector>
 
+class LogCapture;
+
 namespace kestro {
 namespace repository {
 class RModule;
 }
 }  // namespace kestro
-
-// One column a record must carry: its key, and a pattern the whole value must match.
-struct RCFCColumn {
-    std::string key;
-    std::string pattern;
-};
-
-// Value shapes.
-extern const char* const kAnyText;     // something, "N/A" included
-extern const char* const kNumber;      // a decimal number
-extern const char* const kNumberOrNA;
-extern const char* const kCapacity;    // "1.74TB"
-extern const char* const kHealth;      // OK, Warning, Critical
-extern const char* const kFlag;        // true, false
 
 // A loopback BMC serving tests/fixtures/bmc/<tree>, and a repository whose REST connection is it.
 class RCFCTarget {
@@ -55,12 +43,14 @@ private:
     bool https;
 };
 
-// Every record of `type` carries exactly `columns`, in order, with matching values; the values
-// of each record come back in column order.
-std::vector<std::vector<std::string> > ExpectRows(kestro::repository::RRepository& repo, const std::string& type,
-                                                  const std::vector<RCFCColumn>& columns);
-// The display name of each record of `type`: the title of its table in the report.
-std::vector<std::string> DisplaysOf(kestro::repository::RRepository& repo, const std::string& type);
+// The records of each type, then of any other type the repository holds, as text: per type a
+// "== type" line; per record its values in shown order, preceded by its title and keys whenever
+// they differ from the record before. Raw values stand as "(raw)". Then the error and warning
+// lines of `log`, the target's address written "<bmc>".
+std::string RecordsText(RCFCTarget& target, const std::vector<std::string>& types, const LogCapture& log);
+// `text` equals tests/fixtures/golden/<name>. With KESTRO_UPDATE_GOLDEN=1 the file is written
+// instead, and the test fails so that such a run never passes unseen.
+void ExpectGolden(const std::string& name, const std::string& text);
 // One column of the records of `type`.
 std::vector<std::string> ColumnOf(kestro::repository::RRepository& repo, const std::string& type,
                                   const std::string& key);

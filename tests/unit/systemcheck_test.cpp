@@ -49,35 +49,36 @@ TEST(SystemCheckTest, ReleaseNameIsTheTextTheServiceRootStates)
     };
     for (const auto& c : cases)
         EXPECT_EQ(c.name, SystemCheck::ServiceRootReleaseName(boost::json::parse(c.root))) << c.root;
-
-    RCFCTarget full("full");
-    EXPECT_EQ("OBMC 2.14 CFC-V2", SystemCheck::GetReleaseName(full.Connection()));
-    RCFCTarget sparse("sparse");
-    EXPECT_EQ("", SystemCheck::GetReleaseName(sparse.Connection()));
-    LogCapture capture;
-    full.UseCredentials(RCFCTarget::kUser, "wrong");
-    EXPECT_EQ("", SystemCheck::GetReleaseName(full.Connection()));
-    EXPECT_EQ(1, capture.Count("can't be read: Failed to get url"));
 }
 
+// Each check asks the service root once; an unreadable or non-JSON root says no and logs why.
 TEST(SystemCheckTest, AsksTheServiceRootOfTheTarget)
 {
-    RCFCTarget full("full");
-    EXPECT_TRUE(SystemCheck::IsCFCPlatformV2(full.Connection()));
-    EXPECT_TRUE(SystemCheck::IsRedfishSupported(full.Connection()));
-    EXPECT_EQ(2, full.Bmc().RequestCount("/redfish/v1"));
-
-    RCFCTarget sparse("sparse");
-    EXPECT_FALSE(SystemCheck::IsCFCPlatformV2(sparse.Connection()));
-    EXPECT_TRUE(SystemCheck::IsRedfishSupported(sparse.Connection()));
-
-    LogCapture capture;
-    sparse.Bmc().SetDocument("/redfish/v1", "<html>not Redfish</html>", "text/html");
-    EXPECT_FALSE(SystemCheck::IsRedfishSupported(sparse.Connection()));
-    EXPECT_EQ(1, capture.Count("is not JSON"));
-
-    full.UseCredentials(RCFCTarget::kUser, "wrong");
-    EXPECT_FALSE(SystemCheck::IsCFCPlatformV2(full.Connection()));
-    EXPECT_FALSE(SystemCheck::IsRedfishSupported(full.Connection()));
-    EXPECT_EQ(2, capture.Count("can't be read: Failed to get url"));
+    const struct {
+        const char* tree;
+        const char* password;
+        const char* root;  // replaces the service root when set
+        bool platformV2;
+        bool redfish;
+        const char* release;
+        int notJson;     // warnings of the three checks
+        int unreadable;
+    } targets[] = {
+        {"full", RCFCTarget::kPassword, nullptr, true, true, "OBMC 2.14 CFC-V2", 0, 0},
+        {"sparse", RCFCTarget::kPassword, nullptr, false, true, "", 0, 0},
+        {"sparse", RCFCTarget::kPassword, "<html>not Redfish</html>", false, false, "", 3, 0},
+        {"full", "wrong", nullptr, false, false, "", 0, 3},
+    };
+    for (const auto& t : targets) {
+        RCFCTarget target(t.tree);
+        target.UseCredentials(RCFCTarget::kUser, t.password);
+        if (t.root) target.Bmc().SetDocument("/redfish/v1", t.root, "text/html");
+        LogCapture capture;
+        EXPECT_EQ(t.platformV2, SystemCheck::IsCFCPlatformV2(target.Connection())) << t.tree;
+        EXPECT_EQ(t.redfish, SystemCheck::IsRedfishSupported(target.Connection())) << t.tree;
+        EXPECT_EQ(t.release, SystemCheck::GetReleaseName(target.Connection())) << t.tree;
+        EXPECT_EQ(3, target.Bmc().RequestCount("/redfish/v1")) << t.tree;
+        EXPECT_EQ(t.notJson, capture.Count("is not JSON")) << capture.Dump();
+        EXPECT_EQ(t.unreadable, capture.Count("can't be read: Failed to get url")) << capture.Dump();
+    }
 }
