@@ -49,14 +49,6 @@ TEST(ProcessesTest, ParsesStatLines)
     }
 }
 
-// Local times in UTC while it lives; the zone is read again once the variable is restored.
-struct UtcZone {
-    struct Reset {
-        ~Reset() { tzset(); }
-    } reset;
-    ScopedEnv zone{"TZ", "UTC"};
-    UtcZone() { tzset(); }
-};
 
 TEST(ProcessesTest, ReadsAFixtureProcTree)
 {

@@ -14,20 +14,6 @@ using XModule::protocol::InstalledPackageInfo;
 
 namespace {
 
-// Install times read the same on every machine under UTC; the zone is put back after.
-class UtcZone {
-public:
-    UtcZone() : zone(new ScopedEnv("TZ", "UTC0")) { tzset(); }
-    ~UtcZone()
-    {
-        zone.reset();
-        tzset();
-    }
-
-private:
-    std::unique_ptr<ScopedEnv> zone;
-};
-
 std::string Row(const InstalledPackageInfo& p)
 {
     return p.Name + "|" + p.Version + "|" + p.InstallDate + "|" + p.Summary + "|" + p.Group + "|" + p.Size + "|" +

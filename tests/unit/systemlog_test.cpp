@@ -14,14 +14,6 @@ using namespace XModule::Linux;
 
 namespace {
 
-// Local times in UTC while it lives; the zone is read again once the variable is restored.
-struct UtcZone {
-    struct Reset {
-        ~Reset() { tzset(); }
-    } reset;
-    ScopedEnv zone{"TZ", "UTC"};
-    UtcZone() { tzset(); }
-};
 
 std::string StampOf(const SyslogLine& line)
 {
