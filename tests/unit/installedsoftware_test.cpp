@@ -22,122 +22,44 @@ using XModule::protocol::SystemServiceInfo;
 
 namespace {
 
+// Real stanzas: fields the reader passes over, folded fields and a description of several lines.
 const char kBash[] =
-    "Package: bash\n"
-    "Essential: yes\n"
-    "Status: install ok installed\n"
-    "Priority: required\n"
-    "Section: shells\n"
-    "Installed-Size: 7163\n"
-    "Maintainer: Matthias Klose <doko@debian.org>\n"
-    "Architecture: amd64\n"
-    "Multi-Arch: foreign\n"
-    "Version: 5.2.15-2+b7\n"
-    "Replaces: bash-completion (<< 20060301-0), bash-doc (<= 2.05-1)\n"
-    "Depends: base-files (>= 2.1.12), debianutils (>= 5.6-0.1)\n"
-    "Conffiles:\n"
-    " /etc/bash.bashrc 89269e1298235f1b12b4c16e4065ad0d\n"
-    " /etc/skel/.bashrc 0ccf2f4b6d18c1b8b8b0b8a3d0a3c7b4\n"
-    "Description: GNU Bourne Again SHell\n"
-    " Bash is an sh-compatible command language interpreter that executes\n"
-    " commands read from the standard input or from a file.\n"
-    " .\n"
-    " The Programmable Completion Code, by Ian Macdonald, is now found in\n"
-    " the bash-completion package.\n"
-    "Homepage: http://tiswww.case.edu/php/chet/bash/bashtop.html\n"
-    "\n";
-
+    "Package: bash\nEssential: yes\nStatus: install ok installed\nPriority: required\nSection: shells\n"
+    "Installed-Size: 7163\nMaintainer: Matthias Klose <doko@debian.org>\nArchitecture: amd64\nMulti-Arch: foreign\n"
+    "Version: 5.2.15-2+b7\nReplaces: bash-completion (<< 20060301-0), bash-doc (<= 2.05-1)\n"
+    "Depends: base-files (>= 2.1.12), debianutils (>= 5.6-0.1)\nConffiles:\n"
+    " /etc/bash.bashrc 89269e1298235f1b12b4c16e4065ad0d\n /etc/skel/.bashrc 0ccf2f4b6d18c1b8b8b0b8a3d0a3c7b4\n"
+    "Description: GNU Bourne Again SHell\n Bash is an sh-compatible command language interpreter that executes\n"
+    " commands read from the standard input or from a file.\n .\n"
+    " The Programmable Completion Code, by Ian Macdonald, is now found in\n the bash-completion package.\n"
+    "Homepage: http://tiswww.case.edu/php/chet/bash/bashtop.html\n\n";
 const char kLibc[] =
-    "Package: libc6\n"
-    "Status: install ok installed\n"
-    "Priority: optional\n"
-    "Section: libs\n"
-    "Installed-Size: 13001\n"
-    "Architecture: amd64\n"
-    "Multi-Arch: same\n"
-    "Source: glibc\n"
-    "Version: 2.36-9+deb12u14\n"
-    "Description: GNU C Library: Shared libraries\n"
-    " Contains the standard libraries that are used by nearly all programs on\n"
+    "Package: libc6\nStatus: install ok installed\nPriority: optional\nSection: libs\nInstalled-Size: 13001\n"
+    "Architecture: amd64\nMulti-Arch: same\nSource: glibc\nVersion: 2.36-9+deb12u14\n"
+    "Description: GNU C Library: Shared libraries\n Contains the standard libraries that are used by nearly all programs on\n"
     " the system.\n";
-
 const char kRemoved[] =
-    "Package: exim4-config\n"
-    "Status: deinstall ok config-files\n"
-    "Priority: standard\n"
-    "Section: mail\n"
-    "Installed-Size: 453\n"
-    "Architecture: all\n"
-    "Version: 4.96-15+deb12u4\n"
-    "Conffiles:\n"
+    "Package: exim4-config\nStatus: deinstall ok config-files\nPriority: standard\nSection: mail\nInstalled-Size: 453\n"
+    "Architecture: all\nVersion: 4.96-15+deb12u4\nConffiles:\n"
     " /etc/exim4/conf.d/acl/00_exim4-config_header 57d2e8ef5c2e3c8b2f7f1a2b3c4d5e6f\n"
-    "Description: configuration for the exim MTA (v4)\n"
-    "\n";
+    "Description: configuration for the exim MTA (v4)\n\n";
 
-struct Case {
-    const char* name;
-    std::string text;
-    std::vector<std::string> packages;  // Name|Version|Summary|Group|Size
-};
-
-std::string DpkgRow(const InstalledPackageInfo& p)
-{
-    return p.Name + "|" + p.Version + "|" + p.Summary + "|" + p.Group + "|" + p.Size;
-}
+const char kSshUnit[] =
+    "[Unit]\nDescription=OpenBSD Secure Shell server\nDocumentation=man:sshd(8) man:sshd_config(5)\n"
+    "After=network.target auditd.service\nConditionPathExists=!/etc/ssh/sshd_not_to_be_run\n\n"
+    "[Service]\nEnvironmentFile=-/etc/default/ssh\nExecStartPre=/usr/sbin/sshd -t\nExecStart=/usr/sbin/sshd -D $SSHD_OPTS\n"
+    "Restart=on-failure\n\n[Install]\nWantedBy=multi-user.target\nAlias=sshd.service\n";
+const char kProcpsScript[] =
+    "#! /bin/sh\n### BEGIN INIT INFO\n# Provides:          procps\n# Required-Start:    mountkernfs $local_fs\n"
+    "# Default-Start:     S\n# Short-Description: Configure kernel parameters at boottime\n"
+    "# Description:  Loads kernel parameters that are set in /etc/sysctl.conf\n### END INIT INFO\nDAEMON=/sbin/sysctl\n";
 
 std::string RpmRow(const InstalledPackageInfo& p)
 {
-    return p.Name + "|" + p.Version + "|" + p.InstallDate + "|" + p.Summary + "|" + p.Group + "|" + p.Size + "|" +
-           p.License;
+    return Joined({p.Name, p.Version, p.InstallDate, p.Summary, p.Group, p.Size, p.License});
 }
 
-const char kSshUnit[] =
-    "[Unit]\n"
-    "Description=OpenBSD Secure Shell server\n"
-    "Documentation=man:sshd(8) man:sshd_config(5)\n"
-    "After=network.target auditd.service\n"
-    "ConditionPathExists=!/etc/ssh/sshd_not_to_be_run\n"
-    "\n"
-    "[Service]\n"
-    "EnvironmentFile=-/etc/default/ssh\n"
-    "ExecStartPre=/usr/sbin/sshd -t\n"
-    "ExecStart=/usr/sbin/sshd -D $SSHD_OPTS\n"
-    "Restart=on-failure\n"
-    "\n"
-    "[Install]\n"
-    "WantedBy=multi-user.target\n"
-    "Alias=sshd.service\n";
-
-const char kProcpsScript[] =
-    "#! /bin/sh\n"
-    "### BEGIN INIT INFO\n"
-    "# Provides:          procps\n"
-    "# Required-Start:    mountkernfs $local_fs\n"
-    "# Default-Start:     S\n"
-    "# Short-Description: Configure kernel parameters at boottime\n"
-    "# Description:  Loads kernel parameters that are set in /etc/sysctl.conf\n"
-    "### END INIT INFO\n"
-    "DAEMON=/sbin/sysctl\n";
-
-std::string ServiceRow(const SystemServiceInfo& s)
-{
-    return s.Name + "|" + s.Description + "|" + s.State + "|" + s.Startup + "|" + s.Path + "|" + s.FileSize;
-}
-
-const char kProcModules[] =
-    "nf_tables 327680 0 - Live 0xffffffffc0a5e000\n"
-    "e1000e 352256 0 - Live 0xffffffffc0940000\n"
-    "libcrc32c 12288 2 nf_tables,btrfs, Live 0x0000000000000000\n"
-    "nvidia 56832000 1 nvidia_modeset, Live 0xffffffffc1000000 (POE)\n"
-    "cut 4096 0\n"
-    "bad notanumber 0 - Live 0x0\n"
-    "\n"
-    "dm_mod 184320 0 - Loading 0xffffffffc0300000";
-
-std::string ModuleRow(const KernelModuleInfo& m)
-{
-    return m.Name + "|" + m.Version + "|" + m.Size + "|" + m.UsedBy + "|" + m.State + "|" + m.Parameters;
-}
+std::string ServiceRow(const SystemServiceInfo& s) { return Joined({s.Name, s.Description, s.State, s.Startup, s.Path, s.FileSize}); }
 
 }  // namespace
 
@@ -147,7 +69,11 @@ TEST(DpkgStatusTest, KeepsInstalledPackagesOfEveryStanzaThatReads)
     const std::string libcRow = "libc6:amd64|2.36-9+deb12u14|GNU C Library: Shared libraries|libs|13313024";
     std::string crlf;
     for (char c : std::string(kBash) + kLibc) crlf += c == '\n' ? std::string("\r\n") : std::string(1, c);
-    const Case cases[] = {
+    const struct Case {
+        const char* name;
+        std::string text;
+        std::vector<std::string> packages;  // Name|Version|Summary|Group|Size
+    } cases[] = {
         {"real stanzas, config-files left out", std::string(kBash) + kRemoved + kLibc, {bashRow, libcRow}},
         {"crlf line ends", crlf, {bashRow, libcRow}},
         {"cut after Status", std::string(kBash) + "Package: zlib1g\nStatus: install ok installed\nVersion: 1:1.2",
@@ -166,7 +92,7 @@ TEST(DpkgStatusTest, KeepsInstalledPackagesOfEveryStanzaThatReads)
     };
     for (const Case& c : cases) {
         std::vector<std::string> rows;
-        for (const InstalledPackageInfo& package : ParseDpkgStatus(c.text)) rows.push_back(DpkgRow(package));
+        for (const InstalledPackageInfo& p : ParseDpkgStatus(c.text)) rows.push_back(Joined({p.Name, p.Version, p.Summary, p.Group, p.Size}));
         EXPECT_EQ(c.packages, rows) << c.name;
     }
 }
@@ -204,13 +130,9 @@ TEST(DpkgStatusTest, ReadsAFixtureHostWithInstallDatesAndLicenses)
 
     std::vector<InstalledPackageInfo> packages;
     CollectInstalledPackages(packages);
-    ASSERT_EQ(2u, packages.size());
-    EXPECT_EQ("bash", packages[0].Name);
-    EXPECT_EQ("GPL-3+", packages[0].License);
-    EXPECT_EQ(FormatDateTime(listed), packages[0].InstallDate);
-    EXPECT_EQ("libc6:amd64", packages[1].Name);
-    EXPECT_EQ("N/A", packages[1].License);
-    EXPECT_EQ(FormatDateTime(listed), packages[1].InstallDate);
+    std::vector<std::string> rows;
+    for (const InstalledPackageInfo& p : packages) rows.push_back(Joined({p.Name, p.License, p.InstallDate}));
+    EXPECT_EQ((std::vector<std::string>{"bash|GPL-3+|" + FormatDateTime(listed), "libc6:amd64|N/A|" + FormatDateTime(listed)}), rows);
 }
 
 TEST(RpmPackagesTest, ParsesQueryRecords)
@@ -366,7 +288,10 @@ TEST(SystemdUnitsTest, BusStatesOverDiskRecordsAndBusOnlyUnitsAdded)
 TEST(KernelModulesTest, AddsVersionsAndParametersFromSysfs)
 {
     FixtureHost host("");
-    host.Dir().Write("proc/modules", kProcModules);
+    host.Dir().Write("proc/modules", "nf_tables 327680 0 - Live 0xffffffffc0a5e000\ne1000e 352256 0 - Live 0xffffffffc0940000\n"
+                                     "libcrc32c 12288 2 nf_tables,btrfs, Live 0x0000000000000000\n"
+                                     "nvidia 56832000 1 nvidia_modeset, Live 0xffffffffc1000000 (POE)\n"
+                                     "cut 4096 0\nbad notanumber 0 - Live 0x0\n\ndm_mod 184320 0 - Loading 0xffffffffc0300000");
     host.Dir().Write("sys/module/e1000e/version", "3.2.6-k\n");
     const char* const parameters[] = {"Copybreak", "CrcStripping", "EEE", "InterruptThrottleRate", "IntMode",
                                       "KumeranLockLoss", "SmartPowerDownEnable", "TxIntDelay", "WriteProtectNVM"};
@@ -378,7 +303,7 @@ TEST(KernelModulesTest, AddsVersionsAndParametersFromSysfs)
     std::vector<KernelModuleInfo> modules;
     CollectKernelModules(modules);
     std::vector<std::string> rows;
-    for (const KernelModuleInfo& module : modules) rows.push_back(ModuleRow(module));
+    for (const KernelModuleInfo& module : modules) rows.push_back(Joined({module.Name, module.Version, module.Size, module.UsedBy, module.State, module.Parameters}));
     EXPECT_EQ((std::vector<std::string>{
                   "dm_mod|N/A|184320|-|Loading|N/A",
                   "e1000e|3.2.6-k|352256|-|Live|Copybreak=1 CrcStripping=1 EEE=1 IntMode=1 InterruptThrottleRate=1 "

@@ -30,43 +30,30 @@ std::string StampOf(const SyslogLine& line)
 
 TEST(ProcessesTest, ParsesStatLines)
 {
-    struct Case {
-        const char* text;
-        bool parsed;
-        const char* pid;
-        const char* comm;
-        char state;
-        long long utime, stime, priority, starttime, rss;  // -1: not in the line
-    };
-    const Case cases[] = {
+    const char* const cases[][2] = {
+        // pid|comm|state|utime|stime|priority|starttime|rss, "-" for what the line lacks; "" when refused
         {"812 ((sd-pam)) S 811 811 811 0 -1 1077936448 54 0 0 0 3 1 0 0 20 0 1 0 2917 105033728 1290 "
          "18446744073709551615 1 1 0 0 0 0 0 4096 0 0 0 0 17 1 0 0 0 0 0\n",
-         true, "812", "(sd-pam)", 'S', 3, 1, 20, 2917, 1290},
-        {"4242 (a) b (c)) R 1 2 3 0 -1 0 0 0 0 0 250 75 0 0 -51 0 1 0 9 0 77", true, "4242", "a) b (c)", 'R',
-         250, 75, -51, 9, 77},
-        {"2 (kthreadd) S 0 0 0 0 -1 2129984 0 0 0 0 0 0 0 0 20 0 1 0 23 0 0 18446744073709551615 0 0 0 0 0", true,
-         "2", "kthreadd", 'S', 0, 0, 20, 23, 0},
-        {"77 (bash) S 1 77 77 34816 77 4194560 1000 0 0 0 12 7", true, "77", "bash", 'S', 12, 7, -1, -1, -1},
-        {"99 (odd) Z 1 2 3 4 5 6 7 8 9 10 x y", true, "99", "odd", 'Z', -1, -1, -1, -1, -1},
-        {"5 ()", true, "5", "", 0, -1, -1, -1, -1, -1},
-        {"abc (bash) S 1", false, "", "", 0, -1, -1, -1, -1, -1},
-        {"12 bash S 1 2", false, "", "", 0, -1, -1, -1, -1, -1},
-        {"", false, "", "", 0, -1, -1, -1, -1, -1},
+         "812|(sd-pam)|S|3|1|20|2917|1290"},
+        {"4242 (a) b (c)) R 1 2 3 0 -1 0 0 0 0 0 250 75 0 0 -51 0 1 0 9 0 77", "4242|a) b (c)|R|250|75|-51|9|77"},
+        {"2 (kthreadd) S 0 0 0 0 -1 2129984 0 0 0 0 0 0 0 0 20 0 1 0 23 0 0 18446744073709551615 0 0 0 0 0",
+         "2|kthreadd|S|0|0|20|23|0"},
+        {"77 (bash) S 1 77 77 34816 77 4194560 1000 0 0 0 12 7", "77|bash|S|12|7|-|-|-"},
+        {"99 (odd) Z 1 2 3 4 5 6 7 8 9 10 x y", "99|odd|Z|-|-|-|-|-"},
+        {"5 ()", "5||\\0|-|-|-|-|-"},
+        {"abc (bash) S 1", ""}, {"12 bash S 1 2", ""}, {"", ""},
     };
-    for (const Case& c : cases) {
+    for (const auto& c : cases) {
         ProcStat stat;
-        ASSERT_EQ(c.parsed, ParseProcStat(c.text, stat)) << c.text;
-        if (!c.parsed) continue;
-        EXPECT_EQ(c.pid, stat.pid) << c.text;
-        EXPECT_EQ(c.comm, stat.comm) << c.text;
-        EXPECT_EQ(c.state, stat.state) << c.text;
-        const std::pair<std::optional<long long>, long long> numbers[] = {
-            {stat.utime, c.utime}, {stat.stime, c.stime}, {stat.priority, c.priority},
-            {stat.starttime, c.starttime}, {stat.rss, c.rss}};
-        for (const auto& number : numbers) EXPECT_EQ(number.second, number.first.value_or(-1)) << c.text;
+        std::string got;
+        if (ParseProcStat(c[0], stat)) {
+            const auto number = [](const std::optional<long long>& n) { return n ? std::to_string(*n) : std::string("-"); };
+            got = Joined({stat.pid, stat.comm, stat.state ? std::string(1, stat.state) : std::string("\\0"), number(stat.utime),
+                          number(stat.stime), number(stat.priority), number(stat.starttime), number(stat.rss)});
+        }
+        EXPECT_EQ(c[1], got) << c[0];
     }
 }
-
 
 TEST(ProcessesTest, ReadsAFixtureProcTree)
 {
@@ -93,28 +80,17 @@ TEST(ProcessesTest, ReadsAFixtureProcTree)
 
     std::vector<XModule::protocol::ProcessInfo> processes;
     CollectProcesses(processes);
-    ASSERT_EQ(4u, processes.size());
-    const char* const pids[] = {"1", "600", "812", "4321"};
-    for (std::size_t i = 0; i < 4; ++i) EXPECT_EQ(pids[i], processes[i].Handle);
-
-    const auto& init = processes[0];
-    EXPECT_EQ("systemd", init.Name);
-    EXPECT_EQ("root", init.User);
-    EXPECT_EQ("Sleeping", init.ExecutionState);
-    EXPECT_EQ("20", init.Priority);
-    EXPECT_EQ("2000", init.UserModeTime);
-    EXPECT_EQ("500", init.KernelModeTime);
-    EXPECT_EQ(std::to_string(3200 * page / 1024), init.MemoryUsage);
-    EXPECT_EQ("2023-11-14T22:13:21", init.CreationDate);
-
-    EXPECT_EQ("N/A", processes[1].Name);
-    EXPECT_EQ("(sd-pam)", processes[2].Name);
-    EXPECT_EQ("alice", processes[2].User);
-    EXPECT_EQ("2023-11-14T23:13:20", processes[2].CreationDate);
-    EXPECT_EQ("Zombie", processes[3].ExecutionState);
-    EXPECT_EQ("1001", processes[3].User);
-    EXPECT_EQ("25", processes[3].Priority);
-    EXPECT_EQ("0", processes[3].MemoryUsage);
+    std::vector<std::string> rows;
+    for (const auto& p : processes)
+        rows.push_back(Joined({p.Handle, p.Name, p.User, p.ExecutionState, p.Priority, p.UserModeTime, p.KernelModeTime,
+                               p.MemoryUsage, p.CreationDate}));
+    const std::string tick = std::to_string(1000 / hz);
+    EXPECT_EQ((std::vector<std::string>{
+                  "1|systemd|root|Sleeping|20|2000|500|" + std::to_string(3200 * page / 1024) + "|2023-11-14T22:13:21",
+                  "600|N/A|N/A|N/A|N/A|N/A|N/A|N/A|N/A",
+                  "812|(sd-pam)|alice|Sleeping|20|0|0|" + std::to_string(1290 * page / 1024) + "|2023-11-14T23:13:20",
+                  "4321|defunct job|1001|Zombie|25|" + tick + "|" + tick + "|0|2023-11-14T22:13:20"}),
+              rows);
     ASSERT_EQ(1u, XModule::GetUnreadableNotes().size());
     EXPECT_EQ(0u, XModule::GetUnreadableNotes()[0].find("/proc/<pid> of other users: "));
     XModule::ClearUnreadableNotes();
@@ -122,11 +98,7 @@ TEST(ProcessesTest, ReadsAFixtureProcTree)
 
 TEST(KernelRingBufferTest, ParsesKmsgRecordsAndKlogText)
 {
-    struct Case {
-        std::string record;
-        std::string line;
-    };
-    const Case cases[] = {
+    const std::pair<std::string, std::string> cases[] = {
         {"6,339,5140900,-;NET: Registered PF_INET6 protocol family\n",
          "[    5.140900] NET: Registered PF_INET6 protocol family"},
         {"7,160,424069,-,caller=T1;pci_root PNP0A03:00: host bridge window [io  0x0000-0x0cf7]\n"
@@ -138,7 +110,7 @@ TEST(KernelRingBufferTest, ParsesKmsgRecordsAndKlogText)
         {"6,1,0,-;caf\xe9 \xc3\xa9 \x01\n", "[    0.000000] caf\\xe9 \xc3\xa9 \\x01"},
         {"", ""},
     };
-    for (const Case& c : cases) EXPECT_EQ(c.line, ParseKmsgRecord(c.record)) << c.record;
+    for (const auto& c : cases) EXPECT_EQ(c.second, ParseKmsgRecord(c.first)) << c.first;
 
     const std::vector<std::string> expected = {"[    0.000000] Linux version 6.1.0-18-amd64",
                                                "[    1.500000] ACPI: \\xff warning", "plain line"};
@@ -180,43 +152,25 @@ TEST(KernelRingBufferTest, ReadsTheSavedDmesgOfAnotherRoot)
 TEST(SystemLogTest, ParsesSyslogLines)
 {
     UtcZone utc;
-    struct Case {
-        const char* text;
-        bool parsed;
-        const char* stamp;  // year 0000 for the classic form
-        const char* host;
-        const char* program;
-        const char* pid;
-        const char* message;
+    const char* const cases[][2] = {
+        // stamp (year 0000 for the classic form)|host|program|pid|message; "" when refused
+        {"Nov 25 03:49:01 web01 CRON[4242]: (root) CMD (command -v debian-sa1 > /dev/null)",
+         "0000-11-25T03:49:01|web01|CRON|4242|(root) CMD (command -v debian-sa1 > /dev/null)"},
+        {"Feb  5 23:00:59 web01 kernel: [  1.234] EXT4-fs (vda1): mounted",
+         "0000-02-05T23:00:59|web01|kernel||[  1.234] EXT4-fs (vda1): mounted"},
+        {"2026-11-25T03:49:01.123456+00:00 db2 systemd[1]: Started Daily apt upgrade.",
+         "2026-11-25T03:49:01|db2|systemd|1|Started Daily apt upgrade."},
+        {"2026-12-31T22:30:00-05:00 db2 sshd[77]: Accepted publickey", "2027-01-01T03:30:00|db2|sshd|77|Accepted publickey"},
+        {"2026-01-02T03:04:05Z h rsyslogd: [origin] start", "2026-01-02T03:04:05|h|rsyslogd||[origin] start"},
+        {"Nov 25 03:49:01 web01 -- MARK --", "0000-11-25T03:49:01|web01|||-- MARK --"},
+        {"Nov 25 03:49:01 web01", "0000-11-25T03:49:01|web01|||"},
+        {"Foo 25 03:49:01 web01 prog: text", ""}, {"2026-13-01T00:00:00Z h p: month 13", ""},
+        {"2026-11-25T03:49:01+bad h p: x", ""}, {"Nov 25 03:4", ""}, {"\xff\xfe garbage line", ""},
     };
-    const Case cases[] = {
-        {"Nov 25 03:49:01 web01 CRON[4242]: (root) CMD (command -v debian-sa1 > /dev/null)", true,
-         "0000-11-25T03:49:01", "web01", "CRON", "4242", "(root) CMD (command -v debian-sa1 > /dev/null)"},
-        {"Feb  5 23:00:59 web01 kernel: [  1.234] EXT4-fs (vda1): mounted", true, "0000-02-05T23:00:59", "web01",
-         "kernel", "", "[  1.234] EXT4-fs (vda1): mounted"},
-        {"2026-11-25T03:49:01.123456+00:00 db2 systemd[1]: Started Daily apt upgrade.", true,
-         "2026-11-25T03:49:01", "db2", "systemd", "1", "Started Daily apt upgrade."},
-        {"2026-12-31T22:30:00-05:00 db2 sshd[77]: Accepted publickey", true, "2027-01-01T03:30:00", "db2", "sshd",
-         "77", "Accepted publickey"},
-        {"2026-01-02T03:04:05Z h rsyslogd: [origin] start", true, "2026-01-02T03:04:05", "h", "rsyslogd", "",
-         "[origin] start"},
-        {"Nov 25 03:49:01 web01 -- MARK --", true, "0000-11-25T03:49:01", "web01", "", "", "-- MARK --"},
-        {"Nov 25 03:49:01 web01", true, "0000-11-25T03:49:01", "web01", "", "", ""},
-        {"Foo 25 03:49:01 web01 prog: text", false, "", "", "", "", ""},
-        {"2026-13-01T00:00:00Z h p: month 13", false, "", "", "", "", ""},
-        {"2026-11-25T03:49:01+bad h p: x", false, "", "", "", "", ""},
-        {"Nov 25 03:4", false, "", "", "", "", ""},
-        {"\xff\xfe garbage line", false, "", "", "", "", ""},
-    };
-    for (const Case& c : cases) {
+    for (const auto& c : cases) {
         SyslogLine line;
-        ASSERT_EQ(c.parsed, ParseSyslogLine(c.text, line)) << c.text;
-        if (!c.parsed) continue;
-        EXPECT_EQ(c.stamp, StampOf(line)) << c.text;
-        EXPECT_EQ(c.host, line.host) << c.text;
-        EXPECT_EQ(c.program, line.program) << c.text;
-        EXPECT_EQ(c.pid, line.pid) << c.text;
-        EXPECT_EQ(c.message, line.message) << c.text;
+        const bool parsed = ParseSyslogLine(c[0], line);
+        EXPECT_EQ(c[1], parsed ? Joined({StampOf(line), line.host, line.program, line.pid, line.message}) : "") << c[0];
     }
 }
 
@@ -257,11 +211,8 @@ TEST(SystemLogTest, ReadsTheNewestLinesOfASyslogFileAndTheLimit)
         EXPECT_EQ(std::to_string(100 + i), events[n].EventID);
     }
     const XModule::protocol::EventInfo& newest = events[0];
-    EXPECT_EQ("2026-11-25T00:49:59", newest.MessageTimestamp);
-    EXPECT_EQ("app", newest.Source);
-    EXPECT_EQ("web01", newest.Computer);
-    EXPECT_EQ("N/A", newest.Category);
-    EXPECT_EQ("N/A", newest.User);
+    EXPECT_EQ("2026-11-25T00:49:59|app|web01|N/A|N/A",
+              Joined({newest.MessageTimestamp, newest.Source, newest.Computer, newest.Category, newest.User}));
 }
 
 #ifdef KESTRO_HAVE_SYSTEMD
@@ -298,35 +249,26 @@ TEST(SystemLogTest, ReadsTheNewestJournalEntries)
 
     std::vector<XModule::protocol::EventInfo> events;
     CollectSystemLog(events, 3);
-    ASSERT_EQ(3u, events.size());
-    const char* const expected[][8] = {
-        {"N/A", "2023-11-14T22:13:23", "bin", "N/A", "caf\\xe9\\x01 line next", "N/A", "N/A", "N/A"},
-        {"Information", "2023-11-14T22:13:22", "app", "local0", "Started", "42", "root", "web01"},
-        {"Error", "2023-11-14T22:13:21", "kernel", "kern", "Out of memory", "42", "root", "web01"},
-    };
-    for (std::size_t i = 0; i < 3; ++i) {
-        const XModule::protocol::EventInfo& e = events[i];
-        const std::string got[] = {e.Type,    e.MessageTimestamp, e.Source, e.Category,
-                                   e.Message, e.EventID,          e.User,   e.Computer};
-        for (std::size_t k = 0; k < 8; ++k) EXPECT_EQ(expected[i][k], got[k]) << i << " " << k;
-    }
+    std::vector<std::string> rows;
+    for (const auto& e : events)
+        rows.push_back(Joined({e.Type, e.MessageTimestamp, e.Source, e.Category, e.Message, e.EventID, e.User, e.Computer}));
+    EXPECT_EQ((std::vector<std::string>{"N/A|2023-11-14T22:13:23|bin|N/A|caf\\xe9\\x01 line next|N/A|N/A|N/A",
+                                        "Information|2023-11-14T22:13:22|app|local0|Started|42|root|web01",
+                                        "Error|2023-11-14T22:13:21|kernel|kern|Out of memory|42|root|web01"}),
+              rows);
 }
 #endif
 
 TEST(LogTextTest, EscapesOddBytesAndCutsOnCharacterBoundaries)
 {
-    struct Case {
-        std::string raw;
-        std::string escaped;
-    };
-    const Case cases[] = {
+    const std::pair<std::string, std::string> cases[] = {
         {"plain\ttext\nnext", "plain\ttext\nnext"},
         {"\xc3\xa9t\xc3\xa9 \xe2\x82\xac \xf0\x9f\x90\xa7", "\xc3\xa9t\xc3\xa9 \xe2\x82\xac \xf0\x9f\x90\xa7"},
         {std::string("nul\0bell\a del\x7f", 14), "nul\\x00bell\\x07 del\\x7f"},
         {"overlong \xc0\xaf surrogate \xed\xa0\x80", "overlong \\xc0\\xaf surrogate \\xed\\xa0\\x80"},
         {"cut \xe2\x82", "cut \\xe2\\x82"},
     };
-    for (const Case& c : cases) EXPECT_EQ(c.escaped, EscapeLogText(c.raw)) << c.raw;
+    for (const auto& c : cases) EXPECT_EQ(c.second, EscapeLogText(c.first)) << c.first;
 
     const std::string euro = "ab\xe2\x82\xac";
     const std::size_t limits[] = {0, 2, 3, 4, 5, 9};
