@@ -93,11 +93,7 @@ TEST(PciDevicesTest, ReadsFunctionsInAddressOrderNamesThemAndListsAllButDisplays
 
 TEST(PciDevicesTest, ParsesSysfsHexOnlyWhenTheWholeTextIsOne)
 {
-    struct Case {
-        std::string text;
-        bool ok;
-        unsigned value;
-    } cases[] = {
+    struct Case { std::string text; bool ok; unsigned value; } cases[] = {
         {"0x8086\n", true, 0x8086}, {"010601", true, 0x010601}, {"0xffffffff", true, 0xffffffff},
         {"0x100000000", false, 0}, {"", false, 0}, {"0x", false, 0}, {"-1", false, 0}, {" 0x10", false, 0},
         {"0x10 junk", false, 0}, {std::string("0x12\0z", 6), false, 0},
@@ -142,11 +138,7 @@ TEST(HardwareIdsTest, ReadsVendorsDevicesAndClassesAndSkipsTheRest)
     ids.Parse(text);
 
     // 'v' a vendor's name, 'd' a device's, 'c' a class's (subclass, else class).
-    struct Case {
-        char kind;
-        unsigned id, sub;
-        const char* expected;
-    } cases[] = {
+    struct Case { char kind; unsigned id, sub; const char* expected; } cases[] = {
         {'v', 0x8086, 0, "Intel Corporation"},
         {'d', 0x8086, 0xa182, "C620 Series Chipset Family SATA Controller [AHCI mode]"},
         {'v', 0x1028, 0, ""},  // a subsystem line names no vendor

@@ -201,11 +201,7 @@ TEST(DmiInventoryTest, CpuinfoGivesOneEntryPerProcessorLine)
         "cpu cores\t: 32\nflags\t\t: fpu vme de pse tsc msr pae mce cx8 apic sep mtrr\npower management:\n\n";
     const std::string xeon = std::string(xeonBlock) + "processor\t: 1\nphysical id\t: 0\ncpu MHz\t\t: 800.5\n";
     const std::string xeonLine = "0:GenuineIntel/6/106/Intel(R) Xeon(R) Gold 6338 CPU @ 2.00GHz/6/1/32/64/2000;";
-    const struct {
-        const char* name;
-        std::string text;
-        std::string expected;
-    } cases[] = {
+    const struct { const char* name; std::string text; std::string expected; } cases[] = {
         {"two blocks", xeon, xeonLine + "1:/-1/-1///0/0/0/800;"},
         {"lines before the first processor line are passed over", "model name : stray\n" + std::string(xeonBlock), xeonLine},
         {"ARM has no vendor_id or model name", "processor\t: 0\nBogoMIPS\t: 50.00\nCPU implementer\t: 0x41\n",
@@ -226,10 +222,7 @@ TEST(DmiInventoryTest, CpuinfoGivesOneEntryPerProcessorLine)
     }
 
     // Whitley: Intel family 6, model 0x6A or 0x6C, on every CPU.
-    const struct {
-        std::vector<std::tuple<const char*, int, int>> cpus;
-        bool whitley;
-    } platforms[] = {
+    const struct { std::vector<std::tuple<const char*, int, int>> cpus; bool whitley; } platforms[] = {
         {{{"GenuineIntel", 6, 0x6A}, {"GenuineIntel", 6, 0x6A}}, true}, {{{"GenuineIntel", 6, 0x6C}}, true},
         {{{"GenuineIntel", 6, 0x8F}}, false}, {{{"AuthenticAMD", 6, 0x6A}}, false}, {{{"GenuineIntel", 15, 0x6A}}, false},
         {{{"GenuineIntel", 6, 0x6A}, {"GenuineIntel", 6, 0xA7}}, false}, {{}, false},

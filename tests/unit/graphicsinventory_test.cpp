@@ -194,12 +194,7 @@ TEST(EdidTest, DecodesEveryTimingListAndListsWhatIsWrong)
         "1152x864@75 1280x1024@75 720x400@70 640x480@60 640x480@75 800x600@60 800x600@75 1024x768@60 1024x768@75";
     const std::string hdmiDecoded = "SAM f17 0 'SAMSUNG' # 2021model-W0 1.4 dpms:--A range:24-75/15-135/600 "
                                     "1920x1080@60 1280x720@60 1920x1080@50 3840x2160@60 1680x1050@60";
-    struct Case {
-        const char* name;
-        std::string bytes;
-        std::string decoded;
-        std::string problems;
-    } cases[] = {
+    struct Case { const char* name; std::string bytes; std::string decoded; std::string problems; } cases[] = {
         {"1.3 monitor with established and standard timings", office, officeDecoded, ""},
         {"1.4 monitor with a CTA-861 extension", HdmiEdid(1), hdmiDecoded, ""},
         {"interlaced timing, 1:1 standard timing before 1.3", EdidBaseBlock(OldInterlacedMonitor()),

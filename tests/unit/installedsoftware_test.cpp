@@ -99,10 +99,7 @@ TEST(DpkgStatusTest, KeepsInstalledPackagesOfEveryStanzaThatReads)
 
 TEST(DpkgStatusTest, TakesTheLicenseOfTheFirstFilesParagraph)
 {
-    const struct {
-        const char* text;
-        const char* license;
-    } cases[] = {
+    const struct { const char* text; const char* license; } cases[] = {
         {"Format: https://www.debian.org/doc/packaging-manuals/copyright-format/1.0/\nUpstream-Name: bash\n"
          "License: GPL-2+\n\nFiles: *\nCopyright: (C) 1987-2022 Free Software Foundation, Inc.\nLicense: GPL-3+\n\n"
          "Files: support/bash.xbm\nLicense: public-domain\n",
@@ -138,11 +135,7 @@ TEST(DpkgStatusTest, ReadsAFixtureHostWithInstallDatesAndLicenses)
 TEST(RpmPackagesTest, ParsesQueryRecords)
 {
     UtcZone utc;
-    const struct {
-        const char* name;
-        std::string text;
-        std::vector<std::string> rows;
-    } cases[] = {
+    const struct { const char* name; std::string text; std::vector<std::string> rows; } cases[] = {
         {"two records, blanks and a tab inside fields",
          "bash\x1f" "5.1.8-9.el9\x1f" "1700000000\x1f" "The GNU Bourne Again shell\x1f" "System Environment/Shells\x1f"
          "7738634\x1f" "GPLv3+\x1e"
@@ -198,13 +191,7 @@ TEST(RpmPackagesTest, RunsRpmOnTheDatabaseUnderTheRoot)
 
 TEST(SystemdUnitsTest, ParsesUnitFilesAndInitScriptHeaders)
 {
-    const struct {
-        const char* text;
-        const char* description;
-        bool rules;
-        bool also;
-        unsigned badLines;
-    } cases[] = {
+    const struct { const char* text; const char* description; bool rules; bool also; unsigned badLines; } cases[] = {
         {kSshUnit, "OpenBSD Secure Shell server", true, false, 0},
         {"# comment\n; another\r\n[Unit]\r\nDescription = Daily apt \\\n# skipped inside\n   download activities\n"
          "[Service]\nExecStart=/usr/lib/apt/apt.systemd.daily \\\n  update\n",

@@ -15,10 +15,7 @@ namespace {
 // A host with two disks (two partitions on the first, one on the second) and a board fan.
 void WriteDisksAndFan(const TempDir& root)
 {
-    const struct {
-        const char* path;
-        const char* content;
-    } files[] = {
+    const struct { const char* path; const char* content; } files[] = {
         {"sys/block/sda/size", "937703088\n"},
         {"sys/block/sda/queue/rotational", "0\n"},
         {"sys/block/sda/sda1/partition", "1\n"},

@@ -57,12 +57,7 @@ TEST(ROSInventoryModuleTest, EventPagesFollowTheLimitAndTheDefaultPageHoldsOneAb
         EXPECT_EQ(row.limit, ROSInventoryModule::EventLimitOf(row.configResult, row.configured)) << row.configured;
 
     const char heading[] = "System Event (Current Events:";
-    const struct {
-        int events;
-        long limit;
-        Page defaultPage;
-        Page fullPage;
-    } cases[] = {
+    const struct { int events; long limit; Page defaultPage; Page fullPage; } cases[] = {
         {600, 0, {513, "System Event (Current Events:512)", "2026-11-25T00:00:00"},
          {600, "System Event (Current Events:0)", "2026-11-25T00:09:59"}},
         {600, 100, {513, "System Event (Current Events:512)", ""}, {600, "System Event (Current Events:100)", ""}},

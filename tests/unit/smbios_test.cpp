@@ -69,12 +69,7 @@ TEST(SmbiosTest, ParsesWhatIsWholeAndStopsAtTheFirstDamage)
     const std::string whole =
         "0@0:10[Maker Inc.|1.20] 1@1:27[Maker Inc.|Rack Server RX2|7Z70CTO1WW] 4@1234:12[] 127@feff:4[]";
     const std::string bios = "0@0:10[Maker Inc.|1.20]";
-    struct Case {
-        const char* name;
-        std::string bytes;
-        std::string expected;
-        int damageLogs;
-    } cases[] = {
+    struct Case { const char* name; std::string bytes; std::string expected; int damageLogs; } cases[] = {
         {"normal table", normal, whole, 0},
         {"bytes after the end structure are not read", normal + "\x01\x40garbage", whole, 0},
         {"table without end structure", Bios() + Processor(), bios + " 4@1234:12[]", 0},
