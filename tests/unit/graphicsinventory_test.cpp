@@ -42,17 +42,11 @@ std::string Summary(const Edid& e)
 EdidContent OfficeMonitor()
 {
     EdidContent c;
-    c.productCode = 0xA07B;
-    c.serialNumber = 1112748342;
-    c.week = 12;
-    c.year = 2008;
-    c.revision = 3;
-    c.features = 0xCA;
+    c.productCode = 0xA07B; c.serialNumber = 1112748342; c.week = 12; c.year = 2008; c.revision = 3; c.features = 0xCA;
     c.establishedBits = 0xA54B00;
     c.standardTimings = {{0x81, 0x80}, {0x71, 0x4F}, {0x81, 0x8F}};
     c.timings = {k1280x1024at60};
-    c.name = "DELL 1907FP";
-    c.serialText = "CY4046AN1BPL";
+    c.name = "DELL 1907FP"; c.serialText = "CY4046AN1BPL";
     c.rangeLimits = {true, 56, 76, 30, 81, 140};
     return c;
 }
@@ -61,11 +55,7 @@ EdidContent OfficeMonitor()
 EdidContent HdmiMonitor(unsigned extensionCount)
 {
     EdidContent c;
-    c.manufacturerId = "SAM";
-    c.productCode = 0x0F17;
-    c.week = 0xFF;
-    c.year = 2021;
-    c.features = 0x2A;
+    c.manufacturerId = "SAM"; c.productCode = 0x0F17; c.week = 0xFF; c.year = 2021; c.features = 0x2A;
     c.standardTimings = {{0xD1, 0xC0}, {0xB3, 0x00}};
     c.timings = {k1920x1080at60};
     c.name = "SAMSUNG";
@@ -83,11 +73,7 @@ std::string HdmiEdid(unsigned extensionCount)
 EdidContent OldInterlacedMonitor()
 {
     EdidContent c;
-    c.manufacturerId = "VSC";
-    c.productCode = 0x1234;
-    c.week = 40;
-    c.year = 1999;
-    c.revision = 2;
+    c.manufacturerId = "VSC"; c.productCode = 0x1234; c.week = 40; c.year = 1999; c.revision = 2;
     c.standardTimings = {{0x61, 0x00}};
     c.timings = {k1920x1080iAt60};
     return c;
@@ -98,7 +84,6 @@ std::string WithByte(std::string bytes, std::size_t at, char value)
     bytes[at] = value;
     return bytes;
 }
-
 
 const std::string kPciIds =
     "1002  Advanced Micro Devices, Inc. [AMD/ATI]\n"
