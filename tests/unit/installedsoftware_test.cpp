@@ -59,7 +59,10 @@ std::string RpmRow(const InstalledPackageInfo& p)
     return Joined({p.Name, p.Version, p.InstallDate, p.Summary, p.Group, p.Size, p.License});
 }
 
-std::string ServiceRow(const SystemServiceInfo& s) { return Joined({s.Name, s.Description, s.State, s.Startup, s.Path, s.FileSize}); }
+std::string ServiceRow(const SystemServiceInfo& s)
+{
+    return Joined({s.Name, s.Description, s.State, s.Startup, s.Path, s.FileSize});
+}
 
 }  // namespace
 
@@ -92,7 +95,8 @@ TEST(DpkgStatusTest, KeepsInstalledPackagesOfEveryStanzaThatReads)
     };
     for (const Case& c : cases) {
         std::vector<std::string> rows;
-        for (const InstalledPackageInfo& p : ParseDpkgStatus(c.text)) rows.push_back(Joined({p.Name, p.Version, p.Summary, p.Group, p.Size}));
+        for (const InstalledPackageInfo& p : ParseDpkgStatus(c.text))
+            rows.push_back(Joined({p.Name, p.Version, p.Summary, p.Group, p.Size}));
         EXPECT_EQ(c.packages, rows) << c.name;
     }
 }
@@ -129,7 +133,8 @@ TEST(DpkgStatusTest, ReadsAFixtureHostWithInstallDatesAndLicenses)
     CollectInstalledPackages(packages);
     std::vector<std::string> rows;
     for (const InstalledPackageInfo& p : packages) rows.push_back(Joined({p.Name, p.License, p.InstallDate}));
-    EXPECT_EQ((std::vector<std::string>{"bash|GPL-3+|" + FormatDateTime(listed), "libc6:amd64|N/A|" + FormatDateTime(listed)}), rows);
+    EXPECT_EQ((std::vector<std::string>{"bash|GPL-3+|" + FormatDateTime(listed), "libc6:amd64|N/A|" + FormatDateTime(listed)}),
+              rows);
 }
 
 TEST(RpmPackagesTest, ParsesQueryRecords)
@@ -220,7 +225,8 @@ TEST(SystemdUnitsTest, ReadsUnitsLinksAndInitScriptsOfAFixtureHost)
     dir.Write("lib/systemd/system/apt-daily.service", "[Unit]\nDescription=Daily apt download activities\n");
     dir.Write("etc/systemd/system/apt-daily.service", "[Unit]\nDescription=Local apt downloads\n");
     dir.Write("lib/systemd/system/getty@.service", "[Unit]\nDescription=Getty on %I\n[Install]\nWantedBy=getty.target\n");
-    dir.Write("lib/systemd/system/rsync.service", "[Unit]\nDescription=fast remote file copy\n[Install]\nWantedBy=multi-user.target\n");
+    dir.Write("lib/systemd/system/rsync.service",
+              "[Unit]\nDescription=fast remote file copy\n[Install]\nWantedBy=multi-user.target\n");
     dir.Write("lib/systemd/system/multi-user.target", "[Unit]\nDescription=Multi-User System\n");
     WriteSysfsLink(dir, "lib/systemd/system/autovt@.service", "getty@.service");
     WriteSysfsLink(dir, "lib/systemd/system/cryptdisks.service", "/dev/null");
@@ -290,7 +296,7 @@ TEST(KernelModulesTest, AddsVersionsAndParametersFromSysfs)
     std::vector<KernelModuleInfo> modules;
     CollectKernelModules(modules);
     std::vector<std::string> rows;
-    for (const KernelModuleInfo& module : modules) rows.push_back(Joined({module.Name, module.Version, module.Size, module.UsedBy, module.State, module.Parameters}));
+    for (const KernelModuleInfo& m : modules) rows.push_back(Joined({m.Name, m.Version, m.Size, m.UsedBy, m.State, m.Parameters}));
     EXPECT_EQ((std::vector<std::string>{
                   "dm_mod|N/A|184320|-|Loading|N/A",
                   "e1000e|3.2.6-k|352256|-|Live|Copybreak=1 CrcStripping=1 EEE=1 IntMode=1 InterruptThrottleRate=1 "

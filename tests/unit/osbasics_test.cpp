@@ -50,7 +50,8 @@ TEST(OsBasicsTest, FillsEveryRecordFromTheServerRoot)
 {
     FixtureHost host("");
     WriteServerHost(host.Dir());
-    host.Dir().Write("etc/passwd", "fixture:x:" + std::to_string(geteuid()) + ":0:Fixture:/:/bin/sh\n" + host.Dir().Read("etc/passwd"));
+    const std::string fixtureUser = "fixture:x:" + std::to_string(geteuid()) + ":0:Fixture:/:/bin/sh\n";
+    host.Dir().Write("etc/passwd", fixtureUser + host.Dir().Read("etc/passwd"));
     host.Dir().Write("etc/environment", "# pam_env\nLANG=C.UTF-8\nBACKUP_TOKEN=\"abc\"\n");
     ScopedEnv password("KESTRO_PASSWORD", "s3cret");
 
@@ -98,7 +99,8 @@ TEST(OsBasicsTest, FillsEveryRecordFromTheServerRoot)
     std::vector<XModule::protocol::PageFileInfo> swaps;
     CollectPageFiles(swaps);
     ASSERT_EQ(1u, swaps.size());
-    EXPECT_EQ("/dev/sda3|partition|8.0 GiB|0 B|-2", Joined({swaps[0].Name, swaps[0].Type, swaps[0].Size, swaps[0].Used, swaps[0].Priority}));
+    EXPECT_EQ("/dev/sda3|partition|8.0 GiB|0 B|-2",
+              Joined({swaps[0].Name, swaps[0].Type, swaps[0].Size, swaps[0].Used, swaps[0].Priority}));
 
     XModule::protocol::CurrentUserInfo current;
     CollectCurrentUser(current);

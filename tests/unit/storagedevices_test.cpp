@@ -49,7 +49,8 @@ void WriteStorageHost(const TempDir& dir)
     WriteSysfsAttributes(dir, "sys/block/vda", "size=536870912;queue/rotational=1;device/vendor=0x1af4");
     WriteSysfsAttributes(dir, "sys/block/md0", "size=999948288;md/level=raid1;md/array_state=clean;md/degraded=1");
     WriteSysfsAttributes(dir, "sys/block/dm-0", "size=104857600;dm/name=vg0-root;dm/uuid=LVM-x8Kd0");
-    for (const char* other : {"loop0", "zram0", "mmcblk0boot0"}) WriteSysfsAttributes(dir, std::string("sys/block/") + other, "size=8");
+    for (const char* other : {"loop0", "zram0", "mmcblk0boot0"})
+        WriteSysfsAttributes(dir, std::string("sys/block/") + other, "size=8");
 
     // SCSI units beside the server's disk at 0:0:0:0, and entries of the bus that are no units.
     const char* const units[][2] = {
@@ -81,7 +82,8 @@ void WriteStorageHost(const TempDir& dir)
               "53 27 9:0 /home /srv/home rw,relatime - ext4 /dev/md0 rw\n"
               "54 52 8:18 / /home rw,relatime - xfs /dev/sdb2 rw\n"
               "55 27 8:3 / /broken\n");
-    for (const char* point : {"boot/efi", "srv/backup disk", "data", "home", "srv/home"}) dir.Write(std::string(point) + "/.keep", "");
+    for (const char* point : {"boot/efi", "srv/backup disk", "data", "home", "srv/home"})
+        dir.Write(std::string(point) + "/.keep", "");
     dir.Write("etc/hostname", "host1\n");
     for (const char* number : {"8:1", "8:17", "8:18"})
         dir.Write(std::string("sys/dev/block/") + number + "/partition", number == std::string("8:18") ? "2\n" : "1\n");
@@ -156,7 +158,8 @@ TEST(StorageDevicesTest, ServerWithEveryKindOfDiskUnitAndVolume)
     CollectMountPoints(volumes);
     rows.clear();
     for (const auto& v : volumes)
-        rows.push_back(Joined({v.Volume, v.Label, v.Layout, v.FileSystemName, v.VolumeStatus, v.QuotaStatus, v.UserQuota, Sizes(v)}));
+        rows.push_back(
+            Joined({v.Volume, v.Label, v.Layout, v.FileSystemName, v.VolumeStatus, v.QuotaStatus, v.UserQuota, Sizes(v)}));
     EXPECT_EQ(Lines({"/|root|Partition|ext4|Healthy|Enabled|N/A|sized", "/boot/efi|N/A|Partition|vfat|Healthy|Disabled|N/A|sized",
                      "/srv/backup disk|backup disk|LVM logical volume|xfs|Healthy (Read-only)|Enabled|N/A|sized",
                      "/mnt/share|N/A|Network|nfs4|Healthy|Disabled|N/A|N/A",
