@@ -2,6 +2,8 @@
 
 #include "kestro/xmodule/rootprefix.h"
 
+#include <ctime>
+
 FixtureHost::FixtureHost(const std::string& release) : home("KESTRO_HOME", dir.Path())
 {
     if (!release.empty()) dir.Write("etc/os-release", release);
@@ -9,3 +11,22 @@ FixtureHost::FixtureHost(const std::string& release) : home("KESTRO_HOME", dir.P
 }
 
 FixtureHost::~FixtureHost() { XModule::SetRootPrefix("/"); }
+
+UtcZone::UtcZone() : zone(new ScopedEnv("TZ", "UTC0")) { tzset(); }
+
+UtcZone::~UtcZone()
+{
+    zone.reset();
+    tzset();
+}
+
+std::string Joined(std::initializer_list<std::string> fields)
+{
+    std::string row;
+    bool first = true;
+    for (const std::string& field : fields) {
+        row += (first ? "" : "|") + field;
+        first = false;
+    }
+    return row;
+}

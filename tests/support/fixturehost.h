@@ -3,6 +3,8 @@
 
 #include "support/tempdir.h"
 
+#include <initializer_list>
+#include <memory>
 #include <string>
 
 // A host root in a temporary folder whose os-release says `release` (none when empty); the
@@ -17,5 +19,18 @@ private:
     TempDir dir;
     ScopedEnv home;
 };
+
+// Local times read as UTC while it lives; the zone is read again once the variable is restored.
+class UtcZone {
+public:
+    UtcZone();
+    ~UtcZone();
+
+private:
+    std::unique_ptr<ScopedEnv> zone;
+};
+
+// The fields of one record, "|" between them: one row to compare.
+std::string Joined(std::initializer_list<std::string> fields);
 
 #endif

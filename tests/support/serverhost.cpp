@@ -5,26 +5,46 @@
 #include "support/smbiosbuilder.h"
 #include "support/sysfsfixture.h"
 
+#include <boost/filesystem/operations.hpp>
+
 #include <algorithm>
 #include <string>
+
+const CpuShape kServerCpus = {2, 2, 2, "106", "Intel(R) Xeon(R) Gold 6338 CPU @ 2.00GHz", "2000.000", "1999968"};
+
+// Numbered as Linux numbers Intel CPUs: every package's first threads, then their siblings.
+void WriteCpus(const TempDir& dir, const CpuShape& shape)
+{
+    const int perThread = shape.packages * shape.cores;
+    std::string cpuinfo;
+    for (int cpu = 0; cpu < perThread * shape.threads; ++cpu) {
+        const int core = cpu % perThread;
+        const std::string package = std::to_string(core / shape.cores);
+        std::string siblings;
+        for (int t = 0; t < shape.threads; ++t) siblings += (t ? "," : "") + std::to_string(core + t * perThread);
+        cpuinfo += "processor\t: " + std::to_string(cpu) + "\nvendor_id\t: GenuineIntel\ncpu family\t: 6\nmodel\t\t: " +
+                   shape.model + "\nmodel name\t: " + shape.modelName + "\nstepping\t: 6\ncpu MHz\t\t: " + shape.megahertz +
+                   "\nphysical id\t: " + package + "\nsiblings\t: " + std::to_string(shape.cores * shape.threads) +
+                   "\ncore id\t\t: " + std::to_string(core % shape.cores) + "\ncpu cores\t: " +
+                   std::to_string(shape.cores) + "\nflags\t\t: fpu vme de pse tsc msr pae mce\n\n";
+        const std::string folder = "sys/devices/system/cpu/cpu" + std::to_string(cpu) + "/";
+        dir.Write(folder + "topology/physical_package_id", package + "\n");
+        dir.Write(folder + "topology/core_cpus_list", siblings + "\n");
+        dir.Write(folder + "topology/thread_siblings_list", siblings + "\n");
+        if (*shape.kilohertz) dir.Write(folder + "cpufreq/scaling_cur_freq", std::string(shape.kilohertz) + "\n");
+        const char* const caches[][3] = {{"1", "Data", "48K"}, {"1", "Instruction", "32K"}, {"2", "Unified", "1280K"},
+                                         {"3", "Unified", "49152K"}};
+        for (int i = 0; i < 4; ++i)
+            WriteSysfsAttributes(dir, folder + "cache/index" + std::to_string(i),
+                                 std::string("level=") + caches[i][0] + ";type=" + caches[i][1] + ";size=" + caches[i][2]);
+    }
+    dir.Write("proc/cpuinfo", cpuinfo);
+}
 
 namespace {
 
 const char kOsRelease[] = "PRETTY_NAME=\"Debian GNU/Linux 12 (bookworm)\"\nNAME=\"Debian GNU/Linux\"\n"
                           "VERSION_ID=\"12\"\nID=debian\n";
-
-// Third-generation Xeon Scalable, family 6 model 106: the Whitley platform.
-std::string CpuInfo()
-{
-    std::string text;
-    for (int cpu = 0; cpu < 4; ++cpu)
-        text += "processor\t: " + std::to_string(cpu) +
-                "\nvendor_id\t: GenuineIntel\ncpu family\t: 6\nmodel\t\t: 106\n"
-                "model name\t: Intel(R) Xeon(R) Gold 6338 CPU @ 2.00GHz\nstepping\t: 6\ncpu MHz\t\t: 2000.000\n"
-                "physical id\t: " + std::to_string(cpu / 2) + "\nsiblings\t: 2\ncore id\t\t: " +
-                std::to_string(cpu % 2) + "\ncpu cores\t: 2\nflags\t\t: fpu vme de pse tsc msr pae ht\n\n";
-    return text;
-}
 
 void WriteDisk(const TempDir& dir)
 {
@@ -39,7 +59,9 @@ void WriteDisk(const TempDir& dir)
                                  ";size=" + partitions[i][2] + ";dev=8:" + std::to_string(i + 1));
     WriteSysfsLink(dir, "sys/block/sda", "../" + scsi.substr(4) + "/block/sda");
     WriteSysfsLink(dir, "sys/bus/scsi/devices/0:0:0:0", "../../../" + scsi.substr(4));
+    WriteSysfsLink(dir, scsi + "/block/sda/device", "../../../0:0:0:0");
     dir.Write("run/udev/data/b8:0", "E:ID_BUS=ata\nE:ID_MODEL=SAMSUNG_MZ7LH480HAHQ-00005\nE:ID_PART_TABLE_TYPE=gpt\n"
+                                    "E:ID_MODEL_ENC=SAMSUNG\\x20MZ7LH480HAHQ-00005\\x20\\x20\\x20\\x20\n"
                                     "E:ID_SERIAL_SHORT=S45PNA0M512345\n");
     dir.Write("run/udev/data/b8:1", "E:ID_FS_TYPE=vfat\nE:ID_PART_ENTRY_TYPE=c12a7328-f81f-11d2-ba4b-00a0c93ec93b\n");
     dir.Write("run/udev/data/b8:2", "E:ID_FS_TYPE=ext4\nE:ID_FS_LABEL=root\n"
@@ -99,13 +121,16 @@ void WriteOperatingSystem(const TempDir& dir)
         {"proc/sys/kernel/osrelease", "6.1.0-41-amd64\n"},
         {"proc/sys/kernel/version", "#1 SMP PREEMPT_DYNAMIC Debian 6.1.158-1 (2025-11-09)\n"},
         {"etc/machine-id", "3d1219c7c4c5404aaa1f6d2a48adfda4\n"},
-        {"etc/timezone", "Europe/Berlin\n"},
+        {"etc/timezone", "Etc/UTC\n"},
         {"proc/uptime", "274329.51 1036400.12\n"},
         {"proc/stat", "cpu  238968 56 28932 114658 643 0 236 90 0 0\nbtime 1795578532\nprocesses 16382\n"},
         {"proc/cmdline", "BOOT_IMAGE=/boot/vmlinuz-6.1.0-41-amd64 root=UUID=0c7b5a1e ro quiet\n"},
         {"proc/meminfo", "MemTotal:       263842944 kB\nMemFree:        201334820 kB\nMemAvailable:   247715036 kB\n"
                          "Buffers:          1024304 kB\nCached:         40119776 kB\nSwapTotal:       8388604 kB\n"
-                         "SwapFree:        8388604 kB\nCommitted_AS:   12716928 kB\nCommitLimit:   140309876 kB\n"},
+                         "SwapFree:        8388604 kB\nSlab:             227904 kB\nSReclaimable:     195048 kB\n"
+                         "SUnreclaim:        32856 kB\nKernelStack:        2320 kB\nPageTables:         6952 kB\n"
+                         "Committed_AS:   12716928 kB\nCommitLimit:   140309876 kB\n"},
+        {"proc/sys/fs/file-nr", "1247\t0\t2466165\n"},
         {"proc/loadavg", "0.83 0.44 0.24 2/645 16382\n"},
         {"proc/swaps", "Filename\t\t\t\tType\t\tSize\t\tUsed\t\tPriority\n"
                        "/dev/sda3                               partition\t8388604\t\t0\t\t-2\n"},
@@ -113,6 +138,7 @@ void WriteOperatingSystem(const TempDir& dir)
         {"etc/environment", "LANG=C.UTF-8\n"},
         {"run/systemd/sessions/3", "UID=1000\nUSER=alice\nACTIVE=1\nSTATE=active\nTTY=pts/0\nREMOTE_HOST=10.0.0.7\n"
                                    "CLASS=user\nREALTIME=1795578600000000\n"},
+        {"run/systemd/sessions/c1", "USER=Debian-gdm\nCLASS=greeter\nSEAT=seat0\nREALTIME=1795578540000000\n"},
         {"var/lib/dpkg/status", "Package: openssh-server\nStatus: install ok installed\nSection: net\n"
                                 "Installed-Size: 1767\nVersion: 1:9.2p1-2+deb12u7\n"
                                 "Description: secure shell (SSH) server\n for secure access from remote machines\n\n"
@@ -124,12 +150,34 @@ void WriteOperatingSystem(const TempDir& dir)
         {"proc/1/stat", "1 (systemd) S 0 1 1 0 -1 4194560 31660 0 0 0 200 100 0 0 20 0 1 0 5 171081728 3226 "
                         "18446744073709551615 1 1 0 0 0 0 671173123 4096 1260 0 0 0 17 0 0 0 0 0 0\n"},
         {"proc/1/status", "Name:\tsystemd\nState:\tS (sleeping)\nUid:\t0\t0\t0\t0\n"},
+        {"proc/1/comm", "systemd\n"},
+        {"run/systemd/system/.placeholder", ""},
+        {"usr/lib/x86_64-linux-gnu/systemd/libsystemd-shared-252.so", ""},
+        {"boot/grub/grub.cfg",
+         "### BEGIN /etc/grub.d/10_linux ###\nset linux_gfx_mode=\n"
+         "menuentry 'Debian GNU/Linux' --class debian --class gnu-linux $menuentry_id_option 'gnulinux-simple' {\n"
+         "\tload_video\n\tinsmod gzio\n\techo\t'Loading Linux 6.1.0-41-amd64 ...'\n"
+         "\tlinux\t/boot/vmlinuz-6.1.0-41-amd64 root=UUID=0c7b5a1e ro  quiet\n\tinitrd\t/boot/initrd.img-6.1.0-41-amd64\n}\n"
+         "submenu 'Advanced options for Debian GNU/Linux' $menuentry_id_option 'gnulinux-advanced' {\n"
+         "\tmenuentry \"Debian GNU/Linux, with Linux 6.1.0-41-amd64 (recovery mode)\" {\n"
+         "\t\tlinux\t/boot/vmlinuz-6.1.0-41-amd64 root=UUID=0c7b5a1e ro single\n\t}\n}\n"
+         "menuentry 'UEFI Firmware Settings' $menuentry_id_option 'uefi-firmware' {\n\tfwsetup\n}\n"},
+        {"var/log/installer/syslog", "installer log\n"},
+        {"var/lib/dpkg/info/base-files.md5sums", ""},
         {"var/log/dmesg", "[    0.000000] Linux version 6.1.0-41-amd64\n[    1.234567] mgag200 0000:03:00.0: vgaarb\n"},
         {"var/log/syslog", "Nov 25 03:49:01 srv-db01 sshd[873]: Server listening on 0.0.0.0 port 22.\n"
                            "Nov 25 03:50:11 srv-db01 kernel: [ 1.2] mce: error on CPU 3\n"},
     };
     for (const auto& file : files) dir.Write(file[0], file[1]);
     WriteSysfsLink(dir, "etc/systemd/system/multi-user.target.wants/ssh.service", "/lib/systemd/system/ssh.service");
+    WriteSysfsLink(dir, "lib/systemd/system/default.target", "graphical.target");
+    WriteSysfsLink(dir, "etc/localtime", "../usr/share/zoneinfo/Europe/Berlin");
+    // The installation date is the oldest package list's; the installer's folder and a package's
+    // other files in dpkg's info folder are newer or do not count.
+    const std::pair<const char*, std::time_t> times[] = {{"var/log/installer", 1709280000},
+                                                         {"var/lib/dpkg/info/openssh-server.list", kServerInstalled},
+                                                         {"var/lib/dpkg/info/base-files.md5sums", 1600000000}};
+    for (const auto& time : times) boost::filesystem::last_write_time(dir.Path() + "/" + time.first, time.second);
 }
 
 SmbiosBuilder Socket(std::uint16_t handle, const char* name, std::uint16_t firstCache)
@@ -191,7 +239,7 @@ std::string ServerSmbiosTable()
 void WriteServerHost(const TempDir& dir)
 {
     dir.Write("etc/os-release", kOsRelease);
-    dir.Write("proc/cpuinfo", CpuInfo());
+    WriteCpus(dir, kServerCpus);
     WriteDmiTable(dir, ServerSmbiosTable());
     WriteSmbiosEntryPoint(dir, SmbiosEntryPoint3Bytes(3, 3, 0));
     WritePciFixture(dir);

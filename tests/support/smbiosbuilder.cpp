@@ -19,26 +19,11 @@ std::string SmbiosStructureBytes(std::uint8_t type, std::uint16_t handle, const 
 
 std::string SystemInformationBytes(const std::string& productName, const std::string& skuNumber)
 {
-    std::vector<std::string> strings(1, "Maker Inc.");
-    char productIndex = 0;
-    char skuIndex = 0;
-    if (!productName.empty()) {
-        strings.push_back(productName);
-        productIndex = static_cast<char>(strings.size());
-    }
-    if (!skuNumber.empty()) {
-        strings.push_back(skuNumber);
-        skuIndex = static_cast<char>(strings.size());
-    }
-    std::string body;
-    body += '\1';                       // manufacturer
-    body += productIndex;               // product name
-    body += std::string(2, '\0');       // version, serial number
-    body += std::string(16, '\x5a');    // UUID
-    body += '\6';                       // wake-up type: power switch
-    body += skuIndex;                   // SKU number
-    body += '\0';                       // family
-    return SmbiosStructureBytes(1, 0x0001, body, strings);
+    SmbiosBuilder system(1, 0x0001, 0x1B);
+    system.String(0x04, "Maker Inc.").Raw(0x08, std::string(16, '\x5a')).Byte(0x18, 6);  // UUID, woken by the power switch
+    if (!productName.empty()) system.String(0x05, productName);
+    if (!skuNumber.empty()) system.String(0x19, skuNumber);
+    return system.Bytes();
 }
 
 std::string EndOfTableBytes(std::uint16_t handle)

@@ -1,3 +1,4 @@
+#include "xmodule/linux/cpuinfo.h"
 #include "xmodule/linux/dmiinventory.h"
 
 #include "kestro/xmodule/unreadable.h"
@@ -6,58 +7,14 @@
 #include "support/serverhost.h"
 #include "support/smbiosbuilder.h"
 
+#include <boost/filesystem/operations.hpp>
 #include <gtest/gtest.h>
-
-#include <algorithm>
 
 using namespace XModule::Linux;
 using namespace XModule::protocol;
+using Lines = std::vector<std::string>;
 
 namespace {
-
-struct CpuShape {
-    int packages;
-    int cores;    // per package
-    int threads;  // per core
-    const char* model;
-    const char* modelName;
-    const char* megahertz;
-    const char* kilohertz;  // scaling_cur_freq; none when empty
-};
-
-// Numbered as Linux numbers Intel CPUs: every package's first threads, then their siblings.
-void WriteCpus(const TempDir& dir, const CpuShape& shape)
-{
-    const int perThread = shape.packages * shape.cores;
-    std::string cpuinfo;
-    for (int cpu = 0; cpu < perThread * shape.threads; ++cpu) {
-        const int core = cpu % perThread;
-        const std::string package = std::to_string(core / shape.cores);
-        std::string siblings;
-        for (int t = 0; t < shape.threads; ++t) siblings += (t ? "," : "") + std::to_string(core + t * perThread);
-        cpuinfo += "processor\t: " + std::to_string(cpu) + "\nvendor_id\t: GenuineIntel\ncpu family\t: 6\nmodel\t\t: " +
-                   shape.model + "\nmodel name\t: " + shape.modelName + "\nstepping\t: 6\ncpu MHz\t\t: " + shape.megahertz +
-                   "\nphysical id\t: " + package + "\nsiblings\t: " + std::to_string(shape.cores * shape.threads) +
-                   "\ncore id\t\t: " + std::to_string(core % shape.cores) + "\ncpu cores\t: " +
-                   std::to_string(shape.cores) + "\nflags\t\t: fpu vme de pse tsc msr pae mce\n\n";
-        const std::string folder = "sys/devices/system/cpu/cpu" + std::to_string(cpu) + "/";
-        dir.Write(folder + "topology/physical_package_id", package + "\n");
-        dir.Write(folder + "topology/core_cpus_list", siblings + "\n");
-        dir.Write(folder + "topology/thread_siblings_list", siblings + "\n");
-        if (*shape.kilohertz) dir.Write(folder + "cpufreq/scaling_cur_freq", std::string(shape.kilohertz) + "\n");
-        const char* const caches[][3] = {{"1", "Data", "48K"}, {"1", "Instruction", "32K"}, {"2", "Unified", "1280K"},
-                                         {"3", "Unified", "49152K"}};
-        for (int i = 0; i < 4; ++i) {
-            const std::string index = folder + "cache/index" + std::to_string(i) + "/";
-            dir.Write(index + "level", std::string(caches[i][0]) + "\n");
-            dir.Write(index + "type", std::string(caches[i][1]) + "\n");
-            dir.Write(index + "size", std::string(caches[i][2]) + "\n");
-        }
-    }
-    dir.Write("proc/cpuinfo", cpuinfo);
-}
-
-const CpuShape kTwoSocketXeon = {2, 2, 2, "106", "Intel(R) Xeon(R) Gold 6338 CPU @ 2.00GHz", "2000.000", "1999968"};
 
 // Root reads everything, so a file a normal user may not read is stood in for by a folder.
 void WriteUnreadable(const TempDir& dir, const std::string& relative) { dir.Write(relative + "/stand-in", ""); }
@@ -88,15 +45,8 @@ void WriteDmiId(const TempDir& dir)
         WriteUnreadable(dir, std::string("sys/class/dmi/id/") + secret);
 }
 
-std::string Join(std::initializer_list<std::string> parts)
-{
-    std::string text;
-    for (const std::string& part : parts) text += (text.empty() ? "" : "|") + part;
-    return text;
-}
-
 struct Inventory {
-    std::vector<std::string> systems, processors, memory, cards, fans, power, noteSources;
+    Lines systems, processors, memory, cards, fans, power, notes;
     bool whitley = false;
 };
 
@@ -118,35 +68,31 @@ Inventory Collect()
     Inventory got;
     got.whitley = IsWhitleyPlatform();
     for (const auto& s : systems)
-        got.systems.push_back(Join({s.Manufacturer, s.ProductName, s.Model, s.SerialNumber, s.SystemUUID, s.Version, s.CurrentNodeIndex}));
+        got.systems.push_back(Joined({s.Manufacturer, s.ProductName, s.Model, s.SerialNumber, s.SystemUUID, s.Version, s.CurrentNodeIndex}));
     for (const auto& p : processors)
-        got.processors.push_back(Join({p.Core, p.Manufacturer, p.Version, p.Stepping, p.CurrentClockSpeed, p.Status,
-                                       p.HyperThreadingSupported, p.HyperThreadingStatus, p.Level1CacheOperationalMode,
-                                       p.Level1CacheEnabled, p.Level2CacheOperationalMode, p.Level2CacheEnabled,
-                                       p.Level3CacheOperationalMode, p.Level3CacheEnabled, p.SerialNumber}));
+        got.processors.push_back(Joined({p.Core, p.Manufacturer, p.Version, p.Stepping, p.CurrentClockSpeed, p.Status,
+                                         p.HyperThreadingSupported, p.HyperThreadingStatus, p.Level1CacheOperationalMode,
+                                         p.Level1CacheEnabled, p.Level2CacheOperationalMode, p.Level2CacheEnabled,
+                                         p.Level3CacheOperationalMode, p.Level3CacheEnabled, p.SerialNumber}));
     for (const auto& m : memory)
-        got.memory.push_back(Join({m.Tag, m.BankLabel, m.Capacity, m.MemoryTypeA, m.MaxSpeed, m.ErrorCorrectionType,
-                                   m.Manufacturer, m.PartNumber, m.SerialNumber}));
-    for (const auto& c : cards) got.cards.push_back(Join({c.Type, c.Manufacturer, c.Version, c.SerialNumber}));
-    for (const auto& f : fans) got.fans.push_back(Join({f.ElementName, f.HealthState, f.DesiredSpeed}));
-    for (const auto& p : power) got.power.push_back(Join({p.ElementName, p.HealthState, p.TotalOutputPower}));
-    for (const std::string& note : XModule::GetUnreadableNotes()) got.noteSources.push_back(note.substr(0, note.find(": ")));
+        got.memory.push_back(Joined({m.Tag, m.BankLabel, m.Capacity, m.MemoryTypeA, m.MaxSpeed, m.ErrorCorrectionType,
+                                     m.Manufacturer, m.PartNumber, m.SerialNumber}));
+    for (const auto& c : cards) got.cards.push_back(Joined({c.Type, c.Manufacturer, c.Version, c.SerialNumber}));
+    for (const auto& f : fans) got.fans.push_back(Joined({f.ElementName, f.HealthState, f.DesiredSpeed}));
+    for (const auto& p : power) got.power.push_back(Joined({p.ElementName, p.HealthState, p.TotalOutputPower}));
+    got.notes = XModule::GetUnreadableNotes();
     return got;
 }
-
-using Lines = std::vector<std::string>;
 
 }  // namespace
 
 TEST(DmiInventoryTest, TwoSocketServerAsRootSeesIt)
 {
     FixtureHost host("");
-    WriteCpus(host.Dir(), kTwoSocketXeon);
+    WriteServerHost(host.Dir());
     host.Dir().Write("sys/devices/system/cpu/cpu0/topology/ppin", "0x2a5d0c1f3e7b9a41\n");
     host.Dir().Write("sys/devices/system/cpu/cpu1/topology/ppin", "0x2a5d0c1f3e7b9a41\n");
     host.Dir().Write("sys/devices/system/cpu/cpu2/topology/ppin", "0x7c13e58f02d4b6a9\n");
-    WriteSmbiosEntryPoint(host.Dir(), SmbiosEntryPoint3Bytes(3, 3, 0));
-    WriteDmiTable(host.Dir(), ServerSmbiosTable());
 
     const Inventory got = Collect();
     EXPECT_EQ(Lines({"Lenovo|ThinkSystem SR650 V2|7Z73CTO1WW|J30ABCDE|12345678-1234-5678-1234-56789abcdef0|06|0"}), got.systems);
@@ -167,16 +113,16 @@ TEST(DmiInventoryTest, TwoSocketServerAsRootSeesIt)
     EXPECT_EQ(Lines({"Fan 1|OK|12000", "Chip Fan 2|Critical|N/A"}), got.fans);
     EXPECT_EQ(Lines({"PSU1|OK|1100", "PSU2|Not Present|N/A"}), got.power);
     EXPECT_TRUE(got.whitley);
-    EXPECT_EQ(Lines(), got.noteSources);
+    EXPECT_EQ(Lines(), got.notes);
 }
 
 TEST(DmiInventoryTest, DamagedTableWithoutEntryPointGivesWhatPrecedesTheDamage)
 {
     FixtureHost host("");
-    WriteCpus(host.Dir(), kTwoSocketXeon);
+    WriteServerHost(host.Dir());
     const std::string table = ServerSmbiosTable();
-    const std::size_t secondDimm = table.find("CPU1_DIMM_A2");
-    WriteDmiTable(host.Dir(), table.substr(0, secondDimm));
+    WriteDmiTable(host.Dir(), table.substr(0, table.find("CPU1_DIMM_A2")));
+    boost::filesystem::remove(host.Dir().Path() + "/sys/firmware/dmi/tables/smbios_entry_point");
 
     LogCapture log;
     const Inventory got = Collect();
@@ -191,7 +137,7 @@ TEST(DmiInventoryTest, DamagedTableWithoutEntryPointGivesWhatPrecedesTheDamage)
 TEST(DmiInventoryTest, NormalUserFallsBackToDmiIdUdevAndCpuinfo)
 {
     FixtureHost host("");
-    WriteCpus(host.Dir(), kTwoSocketXeon);
+    WriteCpus(host.Dir(), kServerCpus);
     host.Dir().Write("sys/devices/system/cpu/cpu0/cache/index2/write_policy", "WriteBack\n");
     WriteUnreadable(host.Dir(), "sys/devices/system/cpu/cpu0/topology/ppin");
     WriteUnreadable(host.Dir(), "sys/firmware/dmi/tables/DMI");
@@ -214,9 +160,12 @@ TEST(DmiInventoryTest, NormalUserFallsBackToDmiIdUdevAndCpuinfo)
               got.cards);
     EXPECT_EQ(Lines(), got.fans);
     EXPECT_EQ(Lines(), got.power);
-    EXPECT_EQ(Lines({"/sys/firmware/dmi/tables/DMI", "/sys/class/dmi/id (serial numbers, UUID)",
-                     "/sys/devices/system/cpu/cpu*/topology/ppin"}),
-              got.noteSources);
+    EXPECT_EQ(Lines({"/sys/firmware/dmi/tables/DMI: not a regular file; run as root for serial numbers, DIMMs, slots, "
+                     "fans and power supplies",
+                     "/sys/class/dmi/id (serial numbers, UUID): not a regular file; run as root to read them",
+                     "/sys/devices/system/cpu/cpu*/topology/ppin: not a regular file; run as root for processor serial "
+                     "numbers (PPIN)"}),
+              got.notes);
 }
 
 TEST(DmiInventoryTest, VirtualMachineWithoutAnyDmiStillListsItsProcessor)
@@ -237,5 +186,53 @@ TEST(DmiInventoryTest, VirtualMachineWithoutAnyDmiStillListsItsProcessor)
     EXPECT_EQ(Lines({"System Memory|N/A|256 MiB|N/A|N/A|N/A|N/A|N/A|N/A"}), got.memory);
     EXPECT_EQ(Lines(), got.cards);
     EXPECT_FALSE(got.whitley);
-    EXPECT_EQ(Lines({"/sys/firmware/dmi/tables/DMI", "/sys/class/dmi/id", "udev's DMI record (+dmi:id)"}), got.noteSources);
+    EXPECT_EQ(Lines({"/sys/firmware/dmi/tables/DMI: No such file or directory; the firmware gives the kernel no SMBIOS table",
+                     "/sys/class/dmi/id: missing; the firmware gives the kernel no DMI data",
+                     "udev's DMI record (+dmi:id): absent or without memory devices; memory modules are not listed"}),
+              got.notes);
+}
+
+TEST(DmiInventoryTest, CpuinfoGivesOneEntryPerProcessorLine)
+{
+    const char xeonBlock[] =
+        "processor\t: 0\nvendor_id\t: GenuineIntel\ncpu family\t: 6\nmodel\t\t: 106\n"
+        "model name\t: Intel(R) Xeon(R) Gold 6338 CPU @ 2.00GHz\nstepping\t: 6\nmicrocode\t: 0xd0003a5\n"
+        "cpu MHz\t\t: 2000.000\ncache size\t: 49152 KB\nphysical id\t: 1\nsiblings\t: 64\ncore id\t\t: 0\n"
+        "cpu cores\t: 32\nflags\t\t: fpu vme de pse tsc msr pae mce cx8 apic sep mtrr\npower management:\n\n";
+    const std::string xeon = std::string(xeonBlock) + "processor\t: 1\nphysical id\t: 0\ncpu MHz\t\t: 800.5\n";
+    const std::string xeonLine = "0:GenuineIntel/6/106/Intel(R) Xeon(R) Gold 6338 CPU @ 2.00GHz/6/1/32/64/2000;";
+    const struct { const char* name; std::string text; std::string expected; } cases[] = {
+        {"two blocks", xeon, xeonLine + "1:/-1/-1///0/0/0/800;"},
+        {"lines before the first processor line are passed over", "model name : stray\n" + std::string(xeonBlock), xeonLine},
+        {"ARM has no vendor_id or model name", "processor\t: 0\nBogoMIPS\t: 50.00\nCPU implementer\t: 0x41\n",
+         "0:/-1/-1///-1/0/0/0;"},
+        {"numbers that do not parse, lines without colon", "processor : x\ncpu family : six\ncpu MHz : -5\ngarbage\n\xff\xfe\n",
+         "-1:/-1/-1///-1/0/0/0;"},
+        {"huge numbers", "processor : 99999999999999999999999\nphysical id : 4294967296\n", "-1:/-1/-1///-1/0/0/0;"},
+        {"empty", "", ""},
+    };
+    for (const auto& c : cases) {
+        std::string got;
+        for (const CpuInfoEntry& e : ParseCpuInfo(c.text))
+            got += std::to_string(e.processor) + ":" + e.vendorId + "/" + std::to_string(e.family) + "/" +
+                   std::to_string(e.model) + "/" + e.modelName + "/" + e.stepping + "/" + std::to_string(e.physicalId) +
+                   "/" + std::to_string(e.cpuCores) + "/" + std::to_string(e.siblings) + "/" +
+                   std::to_string(static_cast<int>(e.megahertz)) + ";";
+        EXPECT_EQ(c.expected, got) << c.name;
+    }
+
+    // Whitley: Intel family 6, model 0x6A or 0x6C, on every CPU.
+    const struct { std::vector<std::tuple<const char*, int, int>> cpus; bool whitley; } platforms[] = {
+        {{{"GenuineIntel", 6, 0x6A}, {"GenuineIntel", 6, 0x6A}}, true}, {{{"GenuineIntel", 6, 0x6C}}, true},
+        {{{"GenuineIntel", 6, 0x8F}}, false}, {{{"AuthenticAMD", 6, 0x6A}}, false}, {{{"GenuineIntel", 15, 0x6A}}, false},
+        {{{"GenuineIntel", 6, 0x6A}, {"GenuineIntel", 6, 0xA7}}, false}, {{}, false},
+    };
+    for (const auto& platform : platforms) {
+        std::vector<CpuInfoEntry> cpus;
+        for (const auto& cpu : platform.cpus) {
+            cpus.emplace_back();
+            std::tie(cpus.back().vendorId, cpus.back().family, cpus.back().model) = cpu;
+        }
+        EXPECT_EQ(platform.whitley, IsWhitleyCpu(cpus)) << cpus.size() << " CPUs";
+    }
 }

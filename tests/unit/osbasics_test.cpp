@@ -1,146 +1,74 @@
-#include "xmodule/linux/osbasics.h"
-
-#include "support/fixturehost.h"
 #include "xmodule/linux/bootconfiguration.h"
 #include "xmodule/linux/environmentvariables.h"
 #include "xmodule/linux/initsystem.h"
 #include "xmodule/linux/meminfo.h"
+#include "xmodule/linux/osbasics.h"
+#include "xmodule/linux/osrelease.h"
+#include "xmodule/linux/passwd.h"
 #include "xmodule/linux/swaps.h"
 #include "xmodule/linux/timezone.h"
 #include "xmodule/linux/usersessions.h"
 #include "xmodule/linux/valueformat.h"
 
-#include <boost/filesystem/operations.hpp>
+#include "support/fixturehost.h"
+#include "support/logcapture.h"
+#include "support/serverhost.h"
+
 #include <gtest/gtest.h>
 
+#include <cstring>
+#include <limits>
 #include <regex>
+#include <sstream>
 #include <unistd.h>
 
 using namespace XModule::Linux;
-namespace fs = boost::filesystem;
-
-TEST(OsBasicsTest, ParsesReleaseAndClockFacts)
-{
-    struct Case {
-        const char* id;
-        const char* name;
-        const char* version;
-        const char* vendor;
-        const char* servicePack;
-    };
-    const Case cases[] = {
-        {"sles", "SLES", "15-SP5", "SUSE", "SP5"},
-        {"sles", "SLES", "12 SP3", "SUSE", "SP3"},
-        {"sles", "SLES", "15", "SUSE", ""},
-        {"ubuntu", "Ubuntu", "22.04.4 LTS (Jammy Jellyfish)", "Canonical", ""},
-        {"arch", "Arch Linux", "", "Arch Linux", ""},
-        {"rhel", "Red Hat Enterprise Linux", "9.3 (Plow) SPx", "Red Hat", ""},
-        {"", "", "ESP1", "", ""},
-    };
-    for (const Case& c : cases) {
-        const OsRelease release = {{"ID", c.id}, {"NAME", c.name}};
-        EXPECT_EQ(c.vendor, FindVendor(release)) << c.id;
-        EXPECT_EQ(c.servicePack, ParseServicePack(c.version)) << c.version;
-    }
-
-    std::uint64_t seconds = 0;
-    EXPECT_TRUE(ParseUptime("274329.51 1036400.12\n", seconds));
-    EXPECT_EQ("3 days, 04:12:09", FormatUptime(seconds));
-    EXPECT_EQ("1 day, 00:00:05", FormatUptime(86405));
-    EXPECT_EQ("0 days, 00:05:00", FormatUptime(300));
-    EXPECT_FALSE(ParseUptime("-5.0 1.0", seconds));
-    std::time_t boot = 0;
-    EXPECT_TRUE(ParseBootTime("cpu  238968 56 28932 114658\nctxt 1622824\nbtime 1795578532\nprocesses 33386\n", boot));
-    EXPECT_EQ(1795578532, boot);
-    EXPECT_FALSE(ParseBootTime("cpu  1 2 3\nbtime x\n", boot));
-}
 
 namespace {
 
-void WriteDebianHost(const TempDir& root)
+std::string Describe(const LoginSession& s)
 {
-    root.Write("proc/sys/kernel/hostname", "srv-db01\n");
-    root.Write("proc/sys/kernel/osrelease", "6.1.0-41-amd64\n");
-    root.Write("proc/sys/kernel/version", "#1 SMP PREEMPT_DYNAMIC Debian 6.1.158-1 (2025-11-09)\n");
-    root.Write("etc/machine-id", "3d1219c7c4c5404aaa1f6d2a48adfda4\n");
-    root.Write("proc/uptime", "274329.51 1036400.12\n");
-    root.Write("proc/stat", "cpu  238968 56 28932 114658 643 0 236 90 0 0\nctxt 1622824\nbtime 1795578532\n");
-    root.Write("var/log/installer/syslog", "installer log\n");
-    fs::last_write_time(root.Path() + "/var/log/installer", 1709280000);
-    root.Write("var/lib/dpkg/info/base-files.md5sums", "");
-    fs::last_write_time(root.Path() + "/var/lib/dpkg/info/base-files.md5sums", 1600000000);
-    root.Write("var/lib/dpkg/info/base-files.list", "/.\n/etc\n");
-    fs::last_write_time(root.Path() + "/var/lib/dpkg/info/base-files.list", 1709276400);
-    root.Write("etc/timezone", "Etc/UTC\n");
-    fs::create_directories(root.Path() + "/usr/share/zoneinfo/Europe");
-    fs::create_symlink("../usr/share/zoneinfo/Europe/Berlin", root.Path() + "/etc/localtime");
-    root.Write("proc/cmdline", "BOOT_IMAGE=/boot/vmlinuz-6.1.0-41-amd64 root=UUID=0c7b5a1e ro quiet\n");
-    root.Write("boot/grub/grub.cfg",
-               "### BEGIN /etc/grub.d/10_linux ###\n"
-               "set linux_gfx_mode=\n"
-               "menuentry 'Debian GNU/Linux' --class debian --class gnu-linux --class gnu --class os "
-               "$menuentry_id_option 'gnulinux-simple-0c7b5a1e' {\n"
-               "\tload_video\n\tinsmod gzio\n\tsearch --no-floppy --fs-uuid --set=root 0c7b5a1e\n"
-               "\techo\t'Loading Linux 6.1.0-41-amd64 ...'\n"
-               "\tlinux\t/boot/vmlinuz-6.1.0-41-amd64 root=UUID=0c7b5a1e ro  quiet\n"
-               "\tinitrd\t/boot/initrd.img-6.1.0-41-amd64\n}\n"
-               "submenu 'Advanced options for Debian GNU/Linux' $menuentry_id_option 'gnulinux-advanced' {\n"
-               "\tmenuentry \"Debian GNU/Linux, with Linux 6.1.0-41-amd64 (recovery mode)\" {\n"
-               "\t\tlinux\t/boot/vmlinuz-6.1.0-41-amd64 root=UUID=0c7b5a1e ro single\n\t}\n}\n"
-               "menuentry 'UEFI Firmware Settings' $menuentry_id_option 'uefi-firmware' {\n\tfwsetup\n}\n");
-    root.Write("run/systemd/system/.placeholder", "");
-    root.Write("usr/lib/x86_64-linux-gnu/systemd/libsystemd-shared-252.so", "");
-    fs::create_directories(root.Path() + "/lib/systemd/system");
-    fs::create_symlink("graphical.target", root.Path() + "/lib/systemd/system/default.target");
-    root.Write("proc/1/comm", "systemd\n");
-    root.Write("proc/873/comm", "sshd\n");
-    root.Write("proc/meminfo",
-               "MemTotal:       24683656 kB\nMemFree:        21044580 kB\nMemAvailable:   23053804 kB\n"
-               "Buffers:          121764 kB\nCached:          2006524 kB\nSwapCached:            0 kB\n"
-               "SwapTotal:        999420 kB\nSwapFree:         999420 kB\nSlab:             227904 kB\n"
-               "SReclaimable:     195048 kB\nSUnreclaim:        32856 kB\nKernelStack:        2320 kB\n"
-               "PageTables:         6952 kB\nCommitLimit:    12341828 kB\nCommitted_AS:    1155780 kB\n"
-               "HugePages_Total:       0\nHugepagesize:       2048 kB\n");
-    root.Write("proc/loadavg", "7.83 4.44 2.04 9/145 16382\n");
-    root.Write("proc/sys/fs/file-nr", "1247\t0\t2466165\n");
-    root.Write("proc/swaps", "Filename\t\t\t\tType\t\tSize\t\tUsed\t\tPriority\n"
-                             "/dev/sda3                               partition\t999420\t\t0\t\t-2\n");
-    root.Write("etc/passwd", "fixture:x:" + std::to_string(geteuid()) + ":0:Fixture:/:/bin/sh\n"
-                             "root:x:0:0:root:/root:/bin/bash\n"
-                             "alice:x:1000:1000:Alice Example,,,:/home/alice:/bin/bash\n");
-    root.Write("run/systemd/sessions/3", "# This is private data. Do not parse.\nUID=1000\nUSER=alice\nACTIVE=1\n"
-                                         "STATE=active\nREMOTE=1\nTYPE=tty\nCLASS=user\nTTY=pts/0\n"
-                                         "REMOTE_HOST=192.0.2.10\nSERVICE=sshd\nREALTIME=1795578600000000\n");
-    root.Write("run/systemd/sessions/3.ref", "");
-    root.Write("run/systemd/sessions/c1", "USER=Debian-gdm\nCLASS=greeter\nSEAT=seat0\nREALTIME=1795578540000000\n");
-    root.Write("etc/environment", "# pam_env\nLANG=C.UTF-8\nBACKUP_TOKEN=\"abc\"\n");
+    return s.user + "|" + s.place + "|" + s.remoteHost + "|" + std::to_string(s.loginTime);
+}
+
+// A utmp record in glibc's x86-64 layout.
+std::string UtmpRecord(short type, const char* line, const char* user, const char* host, std::int32_t seconds)
+{
+    std::string record(384, '\0');
+    std::memcpy(&record[0], &type, sizeof type);
+    std::memcpy(&record[8], line, std::strlen(line));
+    std::memcpy(&record[44], user, std::strlen(user));
+    std::memcpy(&record[76], host, std::strlen(host));
+    std::memcpy(&record[340], &seconds, sizeof seconds);
+    return record;
 }
 
 }  // namespace
 
-TEST(OsBasicsTest, FillsEveryRecordFromADebianHost)
+// Every system record of the server root; the user running the test is its first account.
+TEST(OsBasicsTest, FillsEveryRecordFromTheServerRoot)
 {
-    FixtureHost host("PRETTY_NAME=\"Debian GNU/Linux 12 (bookworm)\"\nNAME=\"Debian GNU/Linux\"\nVERSION_ID=\"12\"\n"
-                     "VERSION=\"12 (bookworm)\"\nVERSION_CODENAME=bookworm\nID=debian\n");
-    WriteDebianHost(host.Dir());
+    FixtureHost host("");
+    WriteServerHost(host.Dir());
+    const std::string fixtureUser = "fixture:x:" + std::to_string(geteuid()) + ":0:Fixture:/:/bin/sh\n";
+    host.Dir().Write("etc/passwd", fixtureUser + host.Dir().Read("etc/passwd"));
+    host.Dir().Write("etc/environment", "# pam_env\nLANG=C.UTF-8\nBACKUP_TOKEN=\"abc\"\n");
     ScopedEnv password("KESTRO_PASSWORD", "s3cret");
-    const std::regex utcMoment("\\d{4}-\\d\\d-\\d\\dT\\d\\d:\\d\\d:\\d\\dZ");
 
     XModule::protocol::OperatingSystemInfo os;
     CollectOperatingSystem(os);
-    EXPECT_EQ("Debian GNU/Linux 12 (bookworm)|srv-db01|12|6.1.0-41-amd64|N/A|"
-              "#1 SMP PREEMPT_DYNAMIC Debian 6.1.158-1 (2025-11-09)|Debian|N/A|3d1219c7c4c5404aaa1f6d2a48adfda4",
-              os.ProductName + "|" + os.ComputerName + "|" + os.ReleaseId + "|" + os.Version + "|" + os.ServicePack +
-                  "|" + os.BuildNumber + "|" + os.Vendor + "|" + os.RegisteredOwner + "|" + os.ProductID);
-    EXPECT_EQ(FormatDateTime(1709276400), os.InstallationDate);
-    EXPECT_EQ("3 days, 04:12:09", os.Uptime);
-    EXPECT_EQ(FormatDateTime(1795578532), os.TimeofLastBoot);
+    EXPECT_EQ(Joined({"Debian GNU/Linux 12 (bookworm)", "srv-db01", "12", "6.1.0-41-amd64", "N/A",
+                      "#1 SMP PREEMPT_DYNAMIC Debian 6.1.158-1 (2025-11-09)", "Debian", "N/A",
+                      "3d1219c7c4c5404aaa1f6d2a48adfda4", FormatDateTime(kServerInstalled), "3 days, 04:12:09",
+                      FormatDateTime(1795578532)}),
+              Joined({os.ProductName, os.ComputerName, os.ReleaseId, os.Version, os.ServicePack, os.BuildNumber, os.Vendor,
+                      os.RegisteredOwner, os.ProductID, os.InstallationDate, os.Uptime, os.TimeofLastBoot}));
 
     XModule::protocol::TimeZoneInfo zone;
     CollectTimeZone(zone);
-    EXPECT_EQ("Europe/Berlin", zone.CurrentTimeZone);
-    EXPECT_EQ("N/A", zone.LocalDateTime);
-    EXPECT_TRUE(std::regex_match(zone.GMTDateandTime, utcMoment)) << zone.GMTDateandTime;
+    EXPECT_EQ("Europe/Berlin|N/A", zone.CurrentTimeZone + "|" + zone.LocalDateTime);
+    EXPECT_TRUE(std::regex_match(zone.GMTDateandTime, std::regex("\\d{4}-\\d\\d-\\d\\dT\\d\\d:\\d\\d:\\d\\dZ")))
+        << zone.GMTDateandTime;
 
     XModule::protocol::BootConfigurationInfo boot;
     CollectBootConfiguration(boot);
@@ -156,26 +84,23 @@ TEST(OsBasicsTest, FillsEveryRecordFromADebianHost)
 
     XModule::protocol::InitConfigurationInfo init;
     CollectInitConfiguration(init);
-    EXPECT_EQ("systemd 252|graphical.target|N/A", init.InitSystem + "|" + init.DefaultTarget + "|" + init.SystemState);
+    EXPECT_EQ("systemd 252|graphical.target|N/A", Joined({init.InitSystem, init.DefaultTarget, init.SystemState}));
 
-    XModule::protocol::MemoryUtilizationInfo memory;
-    CollectMemoryUtilization(memory);
-    EXPECT_EQ("6.6|23.5 GiB|22.0 GiB|2.0 GiB|24.5 GiB|22.9 GiB|976.0 MiB|976.0 MiB|1.1 GiB|11.8 GiB|N/A|"
-              "231.6 MiB|190.5 MiB|32.1 MiB|1247|145|2",
-              memory.PercentMemoryUtilization + "|" + memory.TotalVisibleMemorySize + "|" + memory.FreePhysicalMemory +
-                  "|" + memory.PhysicalMemorySystemCache + "|" + memory.TotalVirtualMemorySize + "|" +
-                  memory.FreeVirtualMemory + "|" + memory.SizeStoredInPagingFiles + "|" +
-                  memory.FreeSpaceInPagingFiles + "|" + memory.CommitChargeTotal + "|" + memory.CommitChargeLimit +
-                  "|" + memory.CommitChargePeak + "|" + memory.KernelMemoryTotal + "|" + memory.KernelMemoryPaged +
-                  "|" + memory.KernelMemoryNonpaged + "|" + memory.Handles + "|" + memory.Threads + "|" +
-                  memory.Processes);
+    XModule::protocol::MemoryUtilizationInfo m;
+    CollectMemoryUtilization(m);
+    EXPECT_EQ("6.1|251.6 GiB|236.2 GiB|39.2 GiB|259.6 GiB|244.2 GiB|8.0 GiB|8.0 GiB|12.1 GiB|133.8 GiB|N/A|"
+              "231.6 MiB|190.5 MiB|32.1 MiB|1247|645|1",
+              Joined({m.PercentMemoryUtilization, m.TotalVisibleMemorySize, m.FreePhysicalMemory,
+                      m.PhysicalMemorySystemCache, m.TotalVirtualMemorySize, m.FreeVirtualMemory,
+                      m.SizeStoredInPagingFiles, m.FreeSpaceInPagingFiles, m.CommitChargeTotal, m.CommitChargeLimit,
+                      m.CommitChargePeak, m.KernelMemoryTotal, m.KernelMemoryPaged, m.KernelMemoryNonpaged, m.Handles,
+                      m.Threads, m.Processes}));
 
     std::vector<XModule::protocol::PageFileInfo> swaps;
     CollectPageFiles(swaps);
     ASSERT_EQ(1u, swaps.size());
-    const XModule::protocol::PageFileInfo& swap = swaps[0];
-    EXPECT_EQ("/dev/sda3 partition 976.0 MiB 0 B -2",
-              swap.Name + " " + swap.Type + " " + swap.Size + " " + swap.Used + " " + swap.Priority);
+    EXPECT_EQ("/dev/sda3|partition|8.0 GiB|0 B|-2",
+              Joined({swaps[0].Name, swaps[0].Type, swaps[0].Size, swaps[0].Used, swaps[0].Priority}));
 
     XModule::protocol::CurrentUserInfo current;
     CollectCurrentUser(current);
@@ -184,9 +109,8 @@ TEST(OsBasicsTest, FillsEveryRecordFromADebianHost)
     std::vector<XModule::protocol::ActiveUserInfo> users;
     CollectActiveUsers(users);
     ASSERT_EQ(1u, users.size());
-    EXPECT_EQ("alice|Alice Example|" + FormatDateTime(1795578600) + "|pts/0|192.0.2.10",
-              users[0].UserID + "|" + users[0].Description + "|" + users[0].LastLogonDate + "|" + users[0].Domain +
-                  "|" + users[0].LogonServer);
+    EXPECT_EQ("alice|Alice Admin|" + FormatDateTime(1795578600) + "|pts/0|10.0.0.7",
+              Joined({users[0].UserID, users[0].Description, users[0].LastLogonDate, users[0].Domain, users[0].LogonServer}));
 
     std::vector<XModule::protocol::EnvironmentVariableInfo> system, user;
     CollectEnvironment(system, user);
@@ -201,4 +125,278 @@ TEST(OsBasicsTest, FillsEveryRecordFromADebianHost)
                                                             const XModule::protocol::EnvironmentVariableInfo& b) {
         return a.Name < b.Name;
     }));
+}
+
+TEST(OsBasicsTest, ParsesReleaseAndClockFacts)
+{
+    struct Case { const char* id; const char* name; const char* version; const char* vendor; const char* servicePack; };
+    const Case cases[] = {
+        {"sles", "SLES", "15-SP5", "SUSE", "SP5"},
+        {"sles", "SLES", "12 SP3", "SUSE", "SP3"},
+        {"sles", "SLES", "15", "SUSE", ""},
+        {"ubuntu", "Ubuntu", "22.04.4 LTS (Jammy Jellyfish)", "Canonical", ""},
+        {"arch", "Arch Linux", "", "Arch Linux", ""},
+        {"rhel", "Red Hat Enterprise Linux", "9.3 (Plow) SPx", "Red Hat", ""},
+        {"", "", "ESP1", "", ""},
+    };
+    for (const Case& c : cases) {
+        const OsRelease release = {{"ID", c.id}, {"NAME", c.name}};
+        EXPECT_EQ(c.vendor, FindVendor(release)) << c.id;
+        EXPECT_EQ(c.servicePack, ParseServicePack(c.version)) << c.version;
+    }
+
+    std::uint64_t seconds = 0;  // the server root's uptime is read in FillsEveryRecordFromTheServerRoot
+    EXPECT_EQ("1 day, 00:00:05", FormatUptime(86405));
+    EXPECT_EQ("0 days, 00:05:00", FormatUptime(300));
+    EXPECT_FALSE(ParseUptime("-5.0 1.0", seconds));
+    std::time_t boot = 0;
+    EXPECT_TRUE(ParseBootTime("cpu  238968 56 28932 114658\nctxt 1622824\nbtime 1795578532\nprocesses 33386\n", boot));
+    EXPECT_EQ(1795578532, boot);
+    EXPECT_FALSE(ParseBootTime("cpu  1 2 3\nbtime x\n", boot));
+}
+
+TEST(OsReleaseTest, ParsesQuotedValuesAndTellsTheFamily)
+{
+    std::istringstream text(
+        "# comment\n"
+        "NAME=\"Rocky Linux\"\n"
+        "ID=\"rocky\"\n"
+        "ID_LIKE='rhel centos fedora'\n"
+        "PRETTY_NAME=\"Say \\\"hi\\\"\"\n"
+        "BROKEN\n"
+        "=novalue\n"
+        "VERSION_ID=9.3\n");
+    const OsRelease release = ParseOsRelease(text);
+    EXPECT_EQ("Rocky Linux", release.at("NAME"));
+    EXPECT_EQ("rhel centos fedora", release.at("ID_LIKE"));
+    EXPECT_EQ("Say \"hi\"", release.at("PRETTY_NAME"));
+    EXPECT_EQ("9.3", release.at("VERSION_ID"));
+    EXPECT_EQ(5u, release.size());
+
+    const struct Case { const char* id; const char* like; const char* family; } cases[] = {
+        {"rhel", "", "rhel"},     {"rocky", "rhel centos fedora", "rhel"}, {"fedora", "", "rhel"},
+        {"sles", "", "sles"},     {"opensuse-tumbleweed", "opensuse suse", "sles"},
+        {"debian", "", "ubuntu"}, {"linuxmint", "ubuntu debian", "ubuntu"}, {"arch", "", ""},
+        {"", "", ""},
+    };
+    for (const Case& c : cases) {
+        OsRelease entry;
+        if (*c.id) entry["ID"] = c.id;
+        if (*c.like) entry["ID_LIKE"] = c.like;
+        EXPECT_EQ(c.family, OsFamily(entry)) << c.id;
+    }
+}
+
+TEST(MemInfoTest, ParsesFieldsAndFillsUtilization)
+{
+    LogCapture log;
+    const MemInfo info = ParseMemInfo(
+        "MemTotal:       24683656 kB\n"
+        "MemFree:        21044580 kB\n"
+        "MemAvailable:   23053804 kB\n"
+        "Active(anon):       1720 kB\n"
+        "HugePages_Total:       0\n"
+        "Broken line\n"
+        "Negative:         -12 kB\n"
+        "Pages:             12 pages\n"
+        "SwapTotal:       999420 kB\n"
+        "SwapFree:        9994");
+    const MemInfo expected = {{"MemTotal", 24683656ull * 1024}, {"MemFree", 21044580ull * 1024},
+                              {"MemAvailable", 23053804ull * 1024}, {"Active(anon)", 1720 * 1024},
+                              {"HugePages_Total", 0}, {"SwapTotal", 999420ull * 1024}};
+    EXPECT_EQ(expected, info);
+    EXPECT_EQ(4, log.Count("meminfo")) << log.Dump();
+
+    uint64_t threads = 0;
+    EXPECT_TRUE(ParseThreadCount("7.83 4.44 2.04 9/145 16382\n", threads));
+    EXPECT_EQ(145u, threads);
+    EXPECT_FALSE(ParseThreadCount("7.83 4.44 2.04 9", threads));
+    EXPECT_FALSE(ParseThreadCount("7.83 4.44 2.04 9/-1 16382", threads));
+
+    // Without MemAvailable (before 3.14) free memory is MemFree; without swap fields those sizes stay unknown.
+    XModule::protocol::MemoryUtilizationInfo memory;
+    FillMemoryUtilization({{"MemTotal", 8ull << 30}, {"MemFree", 2ull << 30}, {"Slab", 1 << 20}}, memory);
+    EXPECT_EQ("75.0|8 GiB|2 GiB|N/A|N/A|N/A", Joined({memory.PercentMemoryUtilization, memory.TotalVisibleMemorySize,
+                                                       memory.FreePhysicalMemory, memory.TotalVirtualMemorySize,
+                                                       memory.KernelMemoryTotal, memory.CommitChargePeak}));
+}
+
+TEST(SwapsTest, ParsesAreasBelowTheHeader)
+{
+    const char header[] = "Filename\t\t\t\tType\t\tSize\t\tUsed\t\tPriority\n";
+    const struct Case { std::string text; const char* rows; } cases[] = {
+        {header, ""},
+        {"", ""},
+        {std::string(header) + "/dev/sda3                               partition\t999420\t\t0\t\t-2\n",
+         "/dev/sda3|partition|976.0 MiB|0 B|-2;"},
+        {std::string(header) + "/srv/swap\\040file\\134x\t\t\tfile\t\t2097148\t\t1024\t\t-3\n",
+         "/srv/swap file\\x|file|2.0 GiB|1 MiB|-3;"},
+        {std::string(header) + "/swapfile\tfile\tlots\t-4\t-2\n/dev/zram0\tpartition\n",
+         "/swapfile|file|N/A|N/A|-2;"},
+    };
+    for (const Case& c : cases) {
+        std::string rows;
+        for (const XModule::protocol::PageFileInfo& a : ParseSwaps(c.text))
+            rows += Joined({a.Name, a.Type, a.Size, a.Used, a.Priority}) + ";";
+        EXPECT_EQ(c.rows, rows) << c.text;
+    }
+}
+
+TEST(UserSessionsTest, ParsesPasswdLogindAndUtmp)
+{
+    LogCapture log;
+    const std::vector<PasswdEntry> accounts = ParsePasswd(
+        "root:x:0:0:root:/root:/bin/bash\n"
+        "alice:x:1000:1000:Alice Example,,,:/home/alice:/bin/bash\n"
+        "nobody:x:65534\n"
+        "daemon:x\n"
+        "bad:x:-1:0::/:/bin/false\n"
+        ":x:5:5::/:\n");
+    std::string rows;
+    for (const PasswdEntry& a : accounts) rows += a.name + "/" + std::to_string(a.uid) + "/" + a.fullName + ";";
+    EXPECT_EQ("root/0/root;alice/1000/Alice Example;nobody/65534/;", rows);
+    EXPECT_EQ(3, log.Count("passwd line not understood")) << log.Dump();
+
+    const struct Case { const char* text; bool person; const char* session; } cases[] = {
+        {"# This is private data. Do not parse.\nUID=1000\nUSER=alice\nACTIVE=1\nSTATE=active\nREMOTE=1\nTYPE=tty\n"
+         "CLASS=user\nTTY=pts/0\nREMOTE_HOST=192.0.2.10\nSERVICE=sshd\nREALTIME=1795578532123456\n",
+         true, "alice|pts/0|192.0.2.10|1795578532"},
+        {"USER=bob\nSTATE=online\nCLASS=user\nSEAT=seat0\nTTY=tty2\nREALTIME=garbage\n", true, "bob|seat0||0"},
+        {"USER=gdm\nCLASS=greeter\nSEAT=seat0\n", false, ""},
+        {"USER=carol\nCLASS=user\nSTATE=closing\n", false, ""},
+        {"UID=0\nCLASS=user\n", false, ""},
+    };
+    for (const Case& c : cases) {
+        LoginSession session;
+        EXPECT_EQ(c.person, ParseLogindSession(c.text, session)) << c.text;
+        EXPECT_EQ(c.session, c.person ? Describe(session) : std::string());
+    }
+
+    const std::string utmp = UtmpRecord(7, "pts/1", "alice", "198.51.100.7", 1795578532) +
+                             UtmpRecord(8, "pts/2", "bob", "", 1795578000) +
+                             UtmpRecord(7, "tty1", "a-name-of-all-thirty-two-letters", "", 1700000000) +
+                             UtmpRecord(7, "tty3", "cut", "", 1).substr(0, 200);
+    log.Clear();
+    const std::vector<LoginSession> sessions = ParseUtmp(utmp);
+    ASSERT_EQ(2u, sessions.size());
+    EXPECT_EQ("alice|pts/1|198.51.100.7|1795578532", Describe(sessions[0]));
+    EXPECT_EQ("a-name-of-all-thirty-two-letters|tty1||1700000000", Describe(sessions[1]));
+    EXPECT_EQ(1, log.Count("utmp ends in a cut record of 200 bytes")) << log.Dump();
+}
+
+TEST(EnvironmentVariablesTest, ParsesAssignmentsAndTellsSecrets)
+{
+    LogCapture log;
+    const std::vector<XModule::protocol::EnvironmentVariableInfo> variables = ParseEnvironmentFile(
+        "# set by pam_env\n"
+        "PATH=\"/usr/local/sbin:/usr/local/bin:/usr/sbin\"\n"
+        "  export LANG='C.UTF-8'\n"
+        "NO_EQUALS_SIGN\n"
+        "1BAD=x\n"
+        "EMPTY=\n"
+        "LANG=en_US.UTF-8\n"
+        "HALF=\"open\n");
+    std::string rows;
+    for (const XModule::protocol::EnvironmentVariableInfo& v : variables) rows += v.Name + "=" + v.Value + ";";
+    EXPECT_EQ("EMPTY=;HALF=\"open;LANG=en_US.UTF-8;PATH=/usr/local/sbin:/usr/local/bin:/usr/sbin;",
+              rows);
+    EXPECT_EQ(2, log.Count("environment line not understood")) << log.Dump();
+
+    const struct Case { const char* name; const char* value; bool secret; } cases[] = {
+        {"KESTRO_PASSWORD", "x", true},       {"PGPASSWORD", "x", true},   {"db_passwd", "x", true},
+        {"GITHUB_TOKEN", "x", true},          {"API_KEY", "x", true},      {"AWS_ACCESS_KEY_ID", "x", true},
+        {"APIKEY", "x", true},                {"SSH_KEYS", "x", true},     {"CLIENT_SECRET", "x", true},
+        {"GOOGLE_CREDENTIALS", "x", true},    {"DB_PASS", "x", true},      {"MYSQL_PWD", "x", true},
+        {"http_proxy", "http://bob:pw@proxy:3128/", true},
+        {"NOTE", "see https://a.example/x and ftp://u:p@b.example", true},
+        {"PWD", "/root", false},              {"OLDPWD", "/", false},      {"XKB_DEFAULT_KEYMAP", "de", false},
+        {"KEYBOARD", "pc105", false},         {"PASSAGE", "x", false},     {"HOME", "/root", false},
+        {"https_proxy", "http://proxy:3128/", false},
+        {"MAIL_TO", "mailto:root@host", false},
+        {"LINK", "https://host/a:b@c", false},
+    };
+    for (const Case& c : cases) EXPECT_EQ(c.secret, IsSecretVariable(c.name, c.value)) << c.name << "=" << c.value;
+}
+
+TEST(BootConfigurationTest, KeepsEntriesTitlesAndKernelLines)
+{
+    EXPECT_EQ("title Red Hat Enterprise Linux (5.14.0-362.8.1.el9_3.x86_64) 9.3 (Plow)\n"
+              "    linux /vmlinuz-5.14.0-362.8.1.el9_3.x86_64\n"
+              "    options root=/dev/mapper/rhel-root ro crashkernel=1G-4G:192M",
+              ParseBootEntry("version 5.14.0-362.8.1.el9_3.x86_64\n"
+                             "linux /vmlinuz-5.14.0-362.8.1.el9_3.x86_64\n"
+                             "initrd /initramfs-5.14.0-362.8.1.el9_3.x86_64.img $tuned_initrd\n"
+                             "title Red Hat Enterprise Linux (5.14.0-362.8.1.el9_3.x86_64) 9.3 (Plow)\n"
+                             "options root=/dev/mapper/rhel-root ro crashkernel=1G-4G:192M\n"
+                             "grub_users $grub_users\n"));
+    const struct Case { const char* text; const char* menu; } cases[] = {
+        {"menuentry Bare {\n linux16 /vmlinuz\n}\n", "menuentry 'Bare'\n    linux16 /vmlinuz"},
+        {"menuentry 'Never closed\n", "menuentry 'Never closed'"},
+        {"# menuentry 'commented'\nset default=0\nlinux_gfx_mode=keep\n", ""},
+        {"menuentry\n", "menuentry ''"},
+        {"", ""},
+    };
+    for (const Case& c : cases) EXPECT_EQ(c.menu, ParseGrubMenu(c.text)) << c.text;
+    EXPECT_EQ("GRUB_DEFAULT=0\nGRUB_CMDLINE_LINUX_DEFAULT=\"quiet\"",
+              ParseGrubDefaults("# If you change this file, run 'update-grub'\nGRUB_DEFAULT=0\n\n"
+                                "GRUB_CMDLINE_LINUX_DEFAULT=\"quiet\"\n#GRUB_TERMINAL=console\n"));
+}
+
+TEST(InitSystemTest, ReadsSystemdVersionsAndRunLevels)
+{
+    const char* const names[][2] = {
+        {"libsystemd-shared-252.so", "252"}, {"libsystemd-shared-255.4-1.fc40.so", "255.4-1.fc40"},
+        {"libsystemd-core-252.so", ""},      {"libsystemd-shared-252.so.0", ""},
+        {"libsystemd-shared-.so", ""},
+    };
+    for (const auto& name : names) EXPECT_EQ(name[1], ParseSystemdVersion(name[0])) << name[0];
+
+    const char* const inittabs[][2] = {
+        {"# The default runlevel.\nid:2:initdefault:\n\nsi::sysinit:/etc/init.d/rcS\n", "2"},
+        {"#id:5:initdefault:\n1:2345:respawn:/sbin/getty 38400 tty1\n", ""},
+        {"id:3:initdefault", "3"},
+        {"id:initdefault:", ""},
+        {"", ""},
+    };
+    for (const auto& inittab : inittabs) EXPECT_EQ(inittab[1], ParseInittabDefault(inittab[0])) << inittab[0];
+}
+
+TEST(TimeZoneTest, NamesZonesFromLinksAndZoneFiles)
+{
+    const char* const links[][2] = {
+        {"/usr/share/zoneinfo/Europe/Berlin", "Europe/Berlin"}, {"../usr/share/zoneinfo/Etc/UTC", "Etc/UTC"},
+        {"/usr/share/zoneinfo/posix/America/New_York", "America/New_York"},
+        {"/etc/alternatives/localtime", ""},                      {"", ""},
+    };
+    for (const auto& link : links) EXPECT_EQ(link[1], ParseZoneLink(link[0])) << link[0];
+
+    const std::string header = std::string("TZif2") + std::string(39, '\0');
+    const struct Case { std::string bytes; const char* rule; } cases[] = {
+        {header + "\nCET-1CEST,M3.5.0,M10.5.0/3\n", "CET-1CEST,M3.5.0,M10.5.0/3"},
+        {header + "\n<+03>-3\n", "<+03>-3"},
+        {std::string("TZif") + std::string(40, '\0') + "\nUTC0\n", ""},
+        {header + "\nCET-1CEST", ""},
+        {"Europe/Berlin\n", ""},
+        {"TZif", ""},
+    };
+    for (const Case& c : cases) EXPECT_EQ(c.rule, ParseZoneFileRule(c.bytes)) << c.bytes.size();
+}
+
+TEST(ValueFormatTest, FormatsMomentsInLocalTimeAndUtc)
+{
+    const struct Case { std::time_t when; const char* local; const char* utc; } cases[] = {
+        {0, "1970-01-01T01:00:00", "1970-01-01T00:00:00Z"},
+        {1795578532, "2026-11-25T04:48:52", "2026-11-25T03:48:52Z"},
+        {1782172800, "2026-06-23T02:00:00", "2026-06-23T00:00:00Z"},
+    };
+    {
+        ScopedEnv zone("TZ", "CET-1CEST,M3.5.0,M10.5.0/3");
+        tzset();
+        for (const Case& c : cases) {
+            EXPECT_EQ(c.local, FormatDateTime(c.when)) << c.when;
+            EXPECT_EQ(c.utc, FormatUtcDateTime(c.when)) << c.when;
+        }
+    }
+    tzset();
+    EXPECT_EQ("N/A", FormatUtcDateTime(std::numeric_limits<std::time_t>::max()));
 }

@@ -5,6 +5,7 @@
 #include "kestro/repository/rrepository.h"
 #include "support/fixturehost.h"
 #include "support/logcapture.h"
+#include "support/sysfsfixture.h"
 
 #include <gtest/gtest.h>
 
@@ -15,27 +16,11 @@ namespace {
 // A host with two disks (two partitions on the first, one on the second) and a board fan.
 void WriteDisksAndFan(const TempDir& root)
 {
-    const struct {
-        const char* path;
-        const char* content;
-    } files[] = {
-        {"sys/block/sda/size", "937703088\n"},
-        {"sys/block/sda/queue/rotational", "0\n"},
-        {"sys/block/sda/sda1/partition", "1\n"},
-        {"sys/block/sda/sda1/start", "2048\n"},
-        {"sys/block/sda/sda1/size", "1048576\n"},
-        {"sys/block/sda/sda2/partition", "2\n"},
-        {"sys/block/sda/sda2/start", "1050624\n"},
-        {"sys/block/sda/sda2/size", "936650752\n"},
-        {"sys/block/sdb/size", "3907029168\n"},
-        {"sys/block/sdb/queue/rotational", "1\n"},
-        {"sys/block/sdb/sdb1/partition", "1\n"},
-        {"sys/block/sdb/sdb1/start", "2048\n"},
-        {"sys/block/sdb/sdb1/size", "3907026944\n"},
-        {"sys/class/hwmon/hwmon0/name", "nct6779\n"},
-        {"sys/class/hwmon/hwmon0/fan1_input", "1200\n"},
-    };
-    for (const auto& file : files) root.Write(file.path, file.content);
+    WriteSysfsAttributes(root, "sys/block/sda", "size=937703088;queue/rotational=0;sda1/partition=1;sda1/start=2048;"
+                                                "sda1/size=1048576;sda2/partition=2;sda2/start=1050624;sda2/size=936650752");
+    WriteSysfsAttributes(root, "sys/block/sdb", "size=3907029168;queue/rotational=1;sdb1/partition=1;sdb1/start=2048;"
+                                                "sdb1/size=3907026944");
+    WriteSysfsAttributes(root, "sys/class/hwmon/hwmon0", "name=nct6779;fan1_input=1200");
 }
 
 std::size_t CountOf(RRepository& repo, const std::string& type)
