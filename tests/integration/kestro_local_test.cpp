@@ -1,6 +1,7 @@
 #include "kestro/repository/rinstance.h"
 #include "kestro/repository/rrepository.h"
 #include "support/commandrun.h"
+#include "support/fixturehost.h"
 #include "support/serverhost.h"
 #include "support/tempdir.h"
 
@@ -9,18 +10,6 @@
 #include <string>
 
 using namespace kestro::repository;
-
-namespace {
-
-std::size_t CountOf(RRepository& repo, const std::string& type)
-{
-    std::vector<RInstance*> records = repo.GetInstances(type);
-    const std::size_t count = records.size();
-    repo.FreeInstances(records);
-    return count;
-}
-
-}  // namespace
 
 // The tool run as an administrator runs it against a snapshot of a whole server's files.
 TEST(KestroLocalTest, InventoryOfAServerRootFillsEveryHardwareAndSystemType)

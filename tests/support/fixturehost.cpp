@@ -1,5 +1,8 @@
 #include "support/fixturehost.h"
 
+#include "kestro/repository/rinstance.h"
+#include "kestro/repository/rrepository.h"
+
 #include "kestro/xmodule/rootprefix.h"
 
 #include <ctime>
@@ -29,4 +32,12 @@ std::string Joined(std::initializer_list<std::string> fields)
         first = false;
     }
     return row;
+}
+
+std::size_t CountOf(kestro::repository::RRepository& repo, const std::string& type)
+{
+    std::vector<kestro::repository::RInstance*> records = repo.GetInstances(type);
+    const std::size_t count = records.size();
+    repo.FreeInstances(records);
+    return count;
 }

@@ -3,6 +3,7 @@
 
 #include "support/tempdir.h"
 
+#include <cstddef>
 #include <initializer_list>
 #include <memory>
 #include <string>
@@ -32,5 +33,14 @@ private:
 
 // The fields of one record, "|" between them: one row to compare.
 std::string Joined(std::initializer_list<std::string> fields);
+
+namespace kestro {
+namespace repository {
+class RRepository;
+}
+}
+
+// How many records of `type` the repository holds.
+std::size_t CountOf(kestro::repository::RRepository& repo, const std::string& type);
 
 #endif

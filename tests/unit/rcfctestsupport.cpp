@@ -103,20 +103,6 @@ std::string RecordsText(RCFCTarget& target, const std::vector<std::string>& type
     return text;
 }
 
-void ExpectGolden(const std::string& name, const std::string& text)
-{
-    const std::string path = std::string(KESTRO_TEST_FIXTURES) + "/golden/" + name;
-    const char* update = std::getenv("KESTRO_UPDATE_GOLDEN");
-    if (update && std::string(update) == "1") {
-        std::ofstream(path, std::ios::binary) << text;
-        ADD_FAILURE() << "wrote " << path << "; run again without KESTRO_UPDATE_GOLDEN";
-        return;
-    }
-    std::ifstream file(path, std::ios::binary);
-    ASSERT_TRUE(file.good()) << "no golden file " << path;
-    EXPECT_EQ(std::string(std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()), text) << name;
-}
-
 std::vector<std::string> ColumnOf(RRepository& repo, const std::string& type, const std::string& key)
 {
     std::vector<std::string> column;

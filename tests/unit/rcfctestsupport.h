@@ -48,9 +48,6 @@ private:
 // they differ from the record before. Raw values stand as "(raw)". Then the error and warning
 // lines of `log`, the target's address written "<bmc>".
 std::string RecordsText(RCFCTarget& target, const std::vector<std::string>& types, const LogCapture& log);
-// `text` equals tests/fixtures/golden/<name>. With KESTRO_UPDATE_GOLDEN=1 the file is written
-// instead, and the test fails so that such a run never passes unseen.
-void ExpectGolden(const std::string& name, const std::string& text);
 // One column of the records of `type`.
 std::vector<std::string> ColumnOf(kestro::repository::RRepository& repo, const std::string& type,
                                   const std::string& key);

@@ -23,14 +23,6 @@ void WriteDisksAndFan(const TempDir& root)
     WriteSysfsAttributes(root, "sys/class/hwmon/hwmon0", "name=nct6779;fan1_input=1200");
 }
 
-std::size_t CountOf(RRepository& repo, const std::string& type)
-{
-    std::vector<RInstance*> records = repo.GetInstances(type);
-    const std::size_t count = records.size();
-    repo.FreeInstances(records);
-    return count;
-}
-
 }  // namespace
 
 TEST(RHardwareInventoryModuleTest, OneEnumerationFillsEveryListOnceAndTiesChildrenToTheirParent)
@@ -95,11 +87,6 @@ TEST(RHardwareInventoryModuleTest, VolumesWithoutMediaAndTheGraphicsWrapLines)
         volume.VolumeStatus = c.status;
         EXPECT_EQ(c.shown, RHardwareInventoryModule::IsVolumeShown(volume)) << c.status;
     }
-
-    XModule::protocol::ComputerSystem system;
-    system.Manufacturer = "Orvena";
-    system.ProductName = "ThinkServer SR650";
-    EXPECT_EQ("[Orvena]-[ThinkServer SR650]-[N/A]", RHardwareInventoryModule::BracketText(system));
 
     RHardwareInventoryModule module;
     LogCapture capture;

@@ -122,5 +122,5 @@ TEST(ROSInventoryModuleTest, LinuxCasesOfferTheLinuxTypesOnceEachAndRefuseAnothe
     remoteModule.EnumInstances("InstalledPackage", remote);
     remoteModule.EnumInstances("OperatingSystem", remote);
     EXPECT_TRUE(capture.Has(3, "[repo] OperatingSystem::GetOperatingSystem() returns ret = 1"));
-    EXPECT_TRUE(remote.GetInstances("InstalledPackage").empty());
+    EXPECT_EQ(0u, CountOf(remote, "InstalledPackage"));
 }
