@@ -299,26 +299,17 @@ RInstancesWrapper::RInstancesWrapper(const std::string& type, const std::vector<
 
 RInstancesWrapper::RInstancesWrapper(const RInstancesWrapper& other) : d(new RInstancesWrapperPrivate(*other.d)) {}
 
-RInstancesWrapper::RInstancesWrapper(RInstancesWrapper&& other) noexcept : d(other.d)
-{
-    other.d = nullptr;
-}
+RInstancesWrapper::RInstancesWrapper(RInstancesWrapper&& other) noexcept = default;
 
 RInstancesWrapper& RInstancesWrapper::operator=(const RInstancesWrapper& other)
 {
-    RInstancesWrapperPrivate* copy = new RInstancesWrapperPrivate(*other.d);
-    delete d;
-    d = copy;
+    d.reset(new RInstancesWrapperPrivate(*other.d));
     return *this;
 }
 
-RInstancesWrapper& RInstancesWrapper::operator=(RInstancesWrapper&& other) noexcept
-{
-    std::swap(d, other.d);
-    return *this;
-}
+RInstancesWrapper& RInstancesWrapper::operator=(RInstancesWrapper&& other) noexcept = default;
 
-RInstancesWrapper::~RInstancesWrapper() { delete d; }
+RInstancesWrapper::~RInstancesWrapper() = default;
 
 void RInstancesWrapper::SetColumnHeaders(const std::vector<std::string>&, unsigned percent, unsigned columns)
 {

@@ -3,6 +3,7 @@
 
 #include <boost/function.hpp>
 
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -61,7 +62,8 @@ public:
 private:
     bool WriteSingleReport(RInstancesWriter& writer) const;
 
-    RInstancesWrapperPrivate* d;
+    // Owned from the first line of construction, so a throwing wrap callback leaks nothing.
+    std::unique_ptr<RInstancesWrapperPrivate> d;
 };
 
 }  // namespace repository
