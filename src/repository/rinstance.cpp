@@ -256,19 +256,17 @@ RInstance::RInstance(const std::string& name, const std::string& display, int id
     if (id >= 0) d->tree.put("id", id);
 }
 
-RInstance::RInstance(RInstancePrivate* takeOver) : d(takeOver) {}
+RInstance::RInstance(std::unique_ptr<RInstancePrivate> takeOver) : d(std::move(takeOver)) {}
 
 RInstance::RInstance(const RInstance& other) : d(new RInstancePrivate(*other.d)) {}
 
 RInstance& RInstance::operator=(const RInstance& other)
 {
-    RInstancePrivate* copy = new RInstancePrivate(*other.d);
-    delete d;
-    d = copy;
+    d.reset(new RInstancePrivate(*other.d));
     return *this;
 }
 
-RInstance::~RInstance() { delete d; }
+RInstance::~RInstance() = default;
 
 void RInstance::Swap(RInstance& other) { std::swap(d, other.d); }
 

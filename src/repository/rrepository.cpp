@@ -24,7 +24,7 @@ RRepository::RRepository(const XModule::ConnectionInfo& info, RInventoryCase c) 
 
 RRepository::RRepository(ConnectMode mode) : d(new RRepositoryPrivate(this, mode)) {}
 
-RRepository::~RRepository() { delete d; }
+RRepository::~RRepository() = default;
 
 void RRepository::RunInventory(const std::string& group) { d->RunInventory(group); }
 

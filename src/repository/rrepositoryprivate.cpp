@@ -18,6 +18,8 @@
 
 #include <algorithm>
 #include <fstream>
+#include <iterator>
+#include <memory>
 
 namespace kestro {
 namespace repository {
@@ -247,8 +249,10 @@ std::vector<RInstance*> RRepositoryPrivate::Instances(const std::string& type) c
     std::vector<RInstance*> instances;
     const std::pair<pt::ptree::const_assoc_iterator, pt::ptree::const_assoc_iterator> range =
         store.equal_range(type);
+    // Room made first, so that push_back cannot throw and drop a record already made.
+    instances.reserve(std::distance(range.first, range.second));
     for (pt::ptree::const_assoc_iterator record = range.first; record != range.second; ++record)
-        instances.push_back(new RInstance(new RInstancePrivate(type, record->second)));
+        instances.push_back(new RInstance(std::make_unique<RInstancePrivate>(type, record->second)));
     return instances;
 }
 

@@ -48,15 +48,9 @@ RestResult RedfishClientPrivate::Retry(const boost::function<RestResult()>& atte
 
 RedfishClient::RedfishClient() : d(new RedfishClientPrivate) {}
 
-RedfishClient::RedfishClient(RedfishClient&& other) noexcept : d(other.d)
-{
-    other.d = nullptr;
-}
+RedfishClient::RedfishClient(RedfishClient&& other) noexcept = default;
 
-RedfishClient::~RedfishClient()
-{
-    delete d;
-}
+RedfishClient::~RedfishClient() = default;
 
 void RedfishClient::SetCredentials(const std::string& user, const std::string& password)
 {

@@ -248,21 +248,12 @@ void RestClientPrivate::SetStreamOptions(std::istream& stream)
 
 RestClient::RestClient() : d(new RestClientPrivate)
 {
-    if (!d->handle) {
-        delete d;
-        throw std::runtime_error("Couldn't initialize curl handle");
-    }
+    if (!d->handle) throw std::runtime_error("Couldn't initialize curl handle");
 }
 
-RestClient::RestClient(RestClient&& other) noexcept : d(other.d)
-{
-    other.d = nullptr;
-}
+RestClient::RestClient(RestClient&& other) noexcept = default;
 
-RestClient::~RestClient()
-{
-    delete d;
-}
+RestClient::~RestClient() = default;
 
 void RestClient::SetCredentials(const std::string& user, const std::string& password)
 {

@@ -1,6 +1,7 @@
 #ifndef KESTRO_REPOSITORY_RINSTANCE_H
 #define KESTRO_REPOSITORY_RINSTANCE_H
 
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -80,9 +81,10 @@ public:
 
 private:
     friend class RRepositoryPrivate;
-    explicit RInstance(RInstancePrivate* takeOver);
+    explicit RInstance(std::unique_ptr<RInstancePrivate> takeOver);
 
-    RInstancePrivate* d;
+    // Owned from the first line of construction, so a throwing constructor leaks nothing.
+    std::unique_ptr<RInstancePrivate> d;
 };
 
 }  // namespace repository

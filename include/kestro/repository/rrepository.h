@@ -5,6 +5,7 @@
 #include "kestro/xmodule/connectioninfo.h"
 #include "kestro/xmodule/usercontext.h"
 
+#include <memory>
 #include <string>
 #include <utility>
 #include <vector>
@@ -80,7 +81,8 @@ private:
     RRepository(const RRepository&) = delete;
     RRepository& operator=(const RRepository&) = delete;
 
-    RRepositoryPrivate* d;
+    // Owned from the first line of construction, so a throwing constructor leaks nothing.
+    std::unique_ptr<RRepositoryPrivate> d;
 };
 
 }  // namespace repository

@@ -2,6 +2,7 @@
 #define KESTRO_REST_REDFISHCLIENT_H
 
 #include <cstdint>
+#include <memory>
 #include <string>
 
 #include "kestro/rest/restclientinterface.h"
@@ -55,7 +56,8 @@ private:
     RedfishClient& operator=(const RedfishClient&) = delete;
     RedfishClient& operator=(RedfishClient&&) = delete;
 
-    RedfishClientPrivate* d;
+    // Owned from the first line of construction, so a throwing constructor leaks nothing.
+    std::unique_ptr<RedfishClientPrivate> d;
 };
 
 }  // namespace Rest

@@ -2,6 +2,7 @@
 #define KESTRO_REST_RESTCLIENT_H
 
 #include <cstdio>
+#include <memory>
 #include <string>
 
 #include "kestro/rest/restclientinterface.h"
@@ -57,7 +58,8 @@ private:
     RestClient& operator=(const RestClient&) = delete;
     RestClient& operator=(RestClient&&) = delete;
 
-    RestClientPrivate* d;
+    // Owned from the first line of construction, so a throwing constructor leaks nothing.
+    std::unique_ptr<RestClientPrivate> d;
 };
 
 }  // namespace Rest
