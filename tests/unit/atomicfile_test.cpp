@@ -1,0 +1,93 @@
+#include "support/smallfilesystem.h"
+#include "support/tempdir.h"
+#include "xmodule/atomicfile.h"
+
+#include <gtest/gtest.h>
+
+#include <boost/filesystem/operations.hpp>
+
+#include <fstream>
+#include <functional>
+#include <iterator>
+#include <string>
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+using XModule::AtomicFile;
+namespace errc = boost::system::errc;
+namespace fs = boost::filesystem;
+
+namespace {
+
+// The names in a folder that a write left behind under a temporary name.
+int TemporaryFiles(const std::string& folder)
+{
+    int found = 0;
+    for (fs::directory_iterator entry(folder); entry != fs::directory_iterator(); ++entry)
+        if (entry->path().filename().string().find(".tmp-") != std::string::npos) ++found;
+    return found;
+}
+
+std::string ReadFile(const std::string& path)
+{
+    std::ifstream in(path.c_str(), std::ios::binary);
+    return std::string((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
+}
+
+}  // namespace
+
+TEST(AtomicFileTest, ReplacesARegularFileOrNothing)
+{
+    TempDir dir;
+    const std::string target = dir.Path() + "/page.html";
+    for (const char* content : {"a longer first content", "short", ""}) {
+        boost::system::error_code error;
+        EXPECT_TRUE(AtomicFile::Write(target, content, error)) << error.message();
+        EXPECT_EQ(content, dir.Read("page.html"));
+    }
+    EXPECT_EQ(dir.Path() + "/.page.html.tmp-" + std::to_string(getpid()), AtomicFile::TemporaryPath(target));
+    EXPECT_EQ(0, TemporaryFiles(dir.Path()));
+}
+
+TEST(AtomicFileTest, WhatCannotBeReplacedStaysAndLeavesNoTemporaryFile)
+{
+    TempDir dir;
+    const struct {
+        const char* name;
+        std::function<std::string()> target;
+        errc::errc_t expected;
+    } cases[] = {
+        {"folder", [&] { return fs::path(dir.Write("folder/inside", "x")).parent_path().string(); },
+         errc::is_a_directory},
+        {"pipe", [&] { mkfifo((dir.Path() + "/pipe").c_str(), 0600); return dir.Path() + "/pipe"; },
+         errc::operation_not_permitted},
+        {"missing folder", [&] { return dir.Path() + "/no/such/file"; }, errc::no_such_file_or_directory},
+        {"under a file", [&] { return dir.Write("plain", "x") + "/file"; }, errc::not_a_directory},
+    };
+    for (const auto& c : cases) {
+        const std::string target = c.target();
+        const fs::file_type before = fs::status(target).type();
+        boost::system::error_code error;
+        EXPECT_FALSE(AtomicFile::Write(target, "new", error)) << c.name;
+        EXPECT_TRUE(error == c.expected) << c.name << ": " << error.message();
+        EXPECT_EQ(before, fs::status(target).type()) << c.name;
+    }
+    EXPECT_EQ(0, TemporaryFiles(dir.Path()));
+}
+
+TEST(AtomicFileTest, AWriteThatFailsMidwayLeavesThePreviousFileWhole)
+{
+    SmallFileSystem small("64k");
+    if (!small.Mounted()) GTEST_SKIP() << "mounting a tmpfs needs root";
+    const std::string target = small.Path() + "/inventory.xml";
+    const std::string first(16 * 1024, '1');
+    boost::system::error_code error;
+    ASSERT_TRUE(AtomicFile::Write(target, first, error)) << error.message();
+
+    // More than the free space: the temporary file fills the disk part way and is dropped.
+    EXPECT_FALSE(AtomicFile::Write(target, std::string(100 * 1024, '2'), error));
+    EXPECT_TRUE(error == errc::no_space_on_device) << error.message();
+    EXPECT_EQ(first, ReadFile(target));
+    EXPECT_EQ(0, TemporaryFiles(small.Path()));
+}
