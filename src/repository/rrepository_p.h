@@ -67,6 +67,8 @@ public:
 
 private:
     void PutHeader();
+    // The XML file's text of the store and the scan; false (logged) when it cannot be made.
+    bool StoreAsXml(std::string& text);
     void LoadModulePlugin();
     boost::shared_ptr<RModule> FindModuleOffering(const std::string& type);
     std::string CategoryCaseText();

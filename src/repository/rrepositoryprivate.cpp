@@ -9,6 +9,7 @@
 #include "rreportsite.h"
 #include "rstorecomparer.h"
 #include "updatescanadapter.h"
+#include "xmodule/atomicfile.h"
 #include "xmodule/linux/osrelease.h"
 #include "xmodule/sharedlibrary.h"
 
@@ -17,9 +18,9 @@
 #include <boost/thread/locks.hpp>
 
 #include <algorithm>
-#include <fstream>
 #include <iterator>
 #include <memory>
+#include <sstream>
 
 namespace kestro {
 namespace repository {
@@ -88,14 +89,11 @@ RInventoryCase LocalCase(const std::string& prefix)
     return chosen;
 }
 
-// Written through our own stream so that a failure at the final flush (a full disk) is seen too.
-void WriteFile(const std::string& target, const pt::ptree& file)
+std::string XmlText(const pt::ptree& file)
 {
-    std::ofstream out(target.c_str(), std::ios::out | std::ios::trunc);
-    if (!out) throw pt::xml_parser_error("cannot open file", target, 0);
+    std::ostringstream out;
     pt::write_xml(out, file, pt::xml_writer_make_settings<std::string>(' ', 2, "utf-8"));
-    out.close();
-    if (out.fail()) throw pt::xml_parser_error("write error", target, 0);
+    return out.str();
 }
 
 void ClearMixedContent(pt::ptree& node)
@@ -364,23 +362,32 @@ bool RRepositoryPrivate::WriteXML(const std::string& fileName, const std::string
     }
     const std::string target =
         (boost::filesystem::path(directory) / (fileName.empty() ? kDefaultFileName : fileName)).string();
+    std::string text;
+    if (!StoreAsXml(text)) return false;
+    // A failed write leaves the previous file whole and the store as it was.
+    if (XModule::AtomicFile::Write(target, text, error)) return true;
+    RLOG(1) << "Failed to write XML: " << target << ": " << error.message();
+    return false;
+}
+
+bool RRepositoryPrivate::StoreAsXml(std::string& text)
+{
     pt::ptree file;
     pt::ptree& repository = file.put_child("kestro.repository", pt::ptree());
     pt::ptree& scan = file.put_child("kestro.SCAN", pt::ptree());
     // Moved out and back rather than copied: a large store is written without a second copy.
     repository.swap(store);
     scan.swap(scanTree);
+    bool made = true;
     try {
-        WriteFile(target, file);
+        text = XmlText(file);
     } catch (const std::exception& e) {
-        repository.swap(store);
-        scan.swap(scanTree);
         RLOG(1) << "Failed to write XML: " << e.what();
-        return false;
+        made = false;
     }
     repository.swap(store);
     scan.swap(scanTree);
-    return true;
+    return made;
 }
 
 bool RRepositoryPrivate::ReadRepositoryFile(const std::string& path, pt::ptree& target)
