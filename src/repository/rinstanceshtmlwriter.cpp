@@ -4,6 +4,7 @@
 #include "kestro/repository/rrepository.h"
 #include "kestro/xmodule/globalconfig.h"
 #include "rbbcoderenderer.h"
+#include "xmodule/atomicfile.h"
 #include "xmodule/rlog.h"
 
 #include <boost/algorithm/string/classification.hpp>
@@ -11,6 +12,8 @@
 #include <boost/filesystem/operations.hpp>
 #include <boost/system/error_code.hpp>
 
+#include <fstream>
+#include <iterator>
 #include <ostream>
 
 namespace kestro {
@@ -90,10 +93,12 @@ bool IsRegularFile(const std::string& path)
     return boost::filesystem::is_regular_file(path, error);
 }
 
-void WriteFile(const std::string& path, const std::string& content, std::ios::openmode mode)
+// The file's bytes; `found` tells whether it could be opened.
+std::string ReadWhole(const std::string& path, bool& found)
 {
-    std::ofstream file(path.c_str(), std::ios::out | std::ios::binary | mode);
-    file << content;
+    std::ifstream file(path.c_str(), std::ios::binary);
+    found = file.is_open();
+    return std::string((std::istreambuf_iterator<char>(file)), std::istreambuf_iterator<char>());
 }
 
 void WriteCells(std::ostream& out, const std::vector<std::string>& cells, const std::string& cellStart)
@@ -111,10 +116,8 @@ void WriteTableStart(std::ostream& out, const std::string& width, bool rowTable,
 
 RInstancesHTMLWriter::RInstancesHTMLWriter(const std::string& directory, const std::string& name,
                                            const std::string& title)
-    : rowIndex(0), directory(directory)
+    : rowIndex(0), directory(directory), pagePath(directory + kSeparator + name + ".html"), closed(false), stored(true)
 {
-    // Other processes may read the page while it grows; a failed open just loses the writes.
-    stream.open((directory + kSeparator + name + ".html").c_str(), std::ios::out | std::ios::trunc | std::ios::binary);
     stream << "<!DOCTYPE html>" << std::endl
            << "<html>" << std::endl
            << "<head>" << std::endl
@@ -131,10 +134,23 @@ RInstancesHTMLWriter::RInstancesHTMLWriter(const std::string& directory, const s
     WritePageTitle(stream, name, title);
 }
 
-RInstancesHTMLWriter::~RInstancesHTMLWriter()
+RInstancesHTMLWriter::~RInstancesHTMLWriter() { Close(); }
+
+bool RInstancesHTMLWriter::Close()
 {
+    if (closed) return stored;
+    closed = true;
     stream << "<br/><br/>" << std::endl << "</div>" << std::endl << "</body>" << std::endl << "</html>" << std::endl;
-    stream.close();
+    Store(pagePath, stream.str());
+    return stored;
+}
+
+void RInstancesHTMLWriter::Store(const std::string& path, const std::string& content)
+{
+    boost::system::error_code error;
+    if (XModule::AtomicFile::Write(path, content, error)) return;
+    RLOG(1) << "Failed to write report file: " << path << ": " << error.message();
+    stored = false;
 }
 
 void RInstancesHTMLWriter::WriteTableTitle(const std::string& title)
@@ -247,7 +263,7 @@ std::string RInstancesHTMLWriter::FormatPreformatted(const std::string& value)
 std::string RInstancesHTMLWriter::WriteRawDataFile(const std::string& content, const std::string& fileName)
 {
     if (fileName.find(".txt") != std::string::npos) {
-        WriteFile(directory + kSeparator + fileName, content, std::ios::trunc);
+        Store(directory + kSeparator + fileName, content);
         return Preformatted(Link(fileName, fileName));
     }
     // Anything else names files that are already there, separated by commas.
@@ -267,9 +283,10 @@ std::string RInstancesHTMLWriter::ParseNetworkRawData(const std::string& content
     RLOG(3) << "Calling RInstancesHTMLWriter::ParseNetworkRawData:";
     RLOG(3) << "NetworkRawData fullpath is:" << path;
     // Rows share one file: only the row that starts it shows the link.
-    const bool isNew = !std::ifstream(path.c_str()).is_open();
-    WriteFile(path, content, std::ios::app);
-    return isNew ? Link(fileName, fileName) : std::string();
+    bool found = false;
+    const std::string earlier = ReadWhole(path, found);
+    Store(path, earlier + content);
+    return found ? std::string() : Link(fileName, fileName);
 }
 
 std::string RInstancesHTMLWriter::ParsePMCInfoRawData(const std::string& content, const std::string& fileName)
@@ -283,7 +300,7 @@ std::string RInstancesHTMLWriter::ParsePMCInfoRawData(const std::string& content
     }
     const std::string path = folder + kSeparator + fileName;
     RLOG(3) << "PMCINFORawData fullpath is:" << path;
-    WriteFile(path, content, std::ios::trunc);
+    Store(path, content);
     return Preformatted(Link(std::string("./") + kFirmwareFolder + kSeparator + fileName, fileName));
 }
 

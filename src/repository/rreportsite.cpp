@@ -3,12 +3,16 @@
 #include "kestro/repository/rinstance.h"
 #include "kestro/repository/rinstanceshtmlwriter.h"
 #include "kestro/xmodule/kestrodirectory.h"
+#include "xmodule/atomicfile.h"
 #include "xmodule/rlog.h"
 #include "rrepository_p.h"
 
 #include <boost/filesystem/operations.hpp>
 
+#include <cerrno>
 #include <fstream>
+#include <iterator>
+#include <sstream>
 
 namespace kestro {
 namespace repository {
@@ -38,13 +42,34 @@ bool AttributeIs(const std::map<std::string, std::string>& attributes, const cha
     return found != attributes.end() && found->second == kTrue;
 }
 
-// Every line ends the way the rest of the report's pages do: one newline, flushed.
-void Line(std::ofstream& out, const std::string& text) { out << text << std::endl; }
+// Every line ends the way the rest of the report's pages do: one newline.
+void Line(std::ostream& out, const std::string& text) { out << text << std::endl; }
+
+// A page replaces the old one only when whole; `failure` names the page in the log line.
+bool StorePage(const std::string& path, const std::string& content, const char* failure)
+{
+    boost::system::error_code error;
+    if (XModule::AtomicFile::Write(path, content, error)) return true;
+    RLOG(1) << failure << path << ": " << error.message();
+    return false;
+}
+
+// Through a temporary file like the pages, so a data file is the old one or the whole new one.
+void CopyDataFile(const fs::path& src, const fs::path& dest, boost::system::error_code& error)
+{
+    std::ifstream in(src.string().c_str(), std::ios::binary);
+    if (!in) {
+        error.assign(errno, boost::system::system_category());
+        return;
+    }
+    const std::string content((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
+    XModule::AtomicFile::Write(dest.string(), content, error);
+}
 
 }  // namespace
 
 RReportSite::RReportSite(RRepositoryPrivate& repository, const std::string& directory)
-    : repository(repository), directory(directory)
+    : repository(repository), directory(directory), groupPagesStored(true)
 {
 }
 
@@ -78,7 +103,7 @@ void RReportSite::CopyData()
     RLOG(4) << "the current_path is " << fs::current_path(ignored).string();
     RLOG(4) << "the src_path is " << src.string();
     RLOG(4) << "the dest_path is " << dest.string();
-    for (const char* file : kDataFiles) fs::copy_file(src / file, dest / file, error);
+    for (const char* file : kDataFiles) CopyDataFile(src / file, dest / file, error);
     RLOG(4) << "boost::filesystem::copy_file, the error code is " << error;
 }
 
@@ -92,12 +117,7 @@ std::string RReportSite::ContentPage()
 
 bool RReportSite::WriteIndex()
 {
-    const std::string path = PagePath("index.html");
-    std::ofstream out(path.c_str(), std::ios::out | std::ios::trunc);
-    if (!out) {
-        RLOG(1) << "Failed to write index page: " << path;
-        return false;
-    }
+    std::ostringstream out;
     Line(out, "<!DOCTYPE html>");
     Line(out, "<html>");
     Line(out, "<head>");
@@ -116,17 +136,12 @@ bool RReportSite::WriteIndex()
     Line(out, "  </noframes>");
     Line(out, "</frameset>");
     Line(out, "</html>");
-    return true;
+    return StorePage(PagePath("index.html"), out.str(), "Failed to write index page: ");
 }
 
 bool RReportSite::WriteHeader()
 {
-    const std::string path = PagePath("header.html");
-    std::ofstream out(path.c_str(), std::ios::out | std::ios::trunc);
-    if (!out) {
-        RLOG(1) << "Failed to write header page: " << path;
-        return false;
-    }
+    std::ostringstream out;
     out << kPageHead;
     Line(out, "<table id=\"header\"><tr>");
     Line(out, "<td class=\"title\">Orvena Quantrel Essentials  " + repository.productName + "</td>");
@@ -134,17 +149,12 @@ bool RReportSite::WriteHeader()
     Line(out, "</tr></table>");
     Line(out, "</body>");
     Line(out, "</html>");
-    return true;
+    return StorePage(PagePath("header.html"), out.str(), "Failed to write header page: ");
 }
 
 bool RReportSite::WriteNavigator()
 {
-    const std::string path = PagePath("navigator.html");
-    std::ofstream out(path.c_str(), std::ios::out | std::ios::trunc);
-    if (!out) {
-        RLOG(1) << "Failed to write navigator page: " << path;
-        return false;
-    }
+    std::ostringstream out;
     out << kPageHead;
     Line(out, "<table id=\"navigator\">");
     for (const ReportCategory& category : repository.category->GetCategories()) {
@@ -164,7 +174,8 @@ bool RReportSite::WriteNavigator()
     Line(out, "</table>");
     Line(out, "</body>");
     Line(out, "</html>");
-    return true;
+    // Stored after the group pages, so its links never point at a page that is not there yet.
+    return StorePage(PagePath("navigator.html"), out.str(), "Failed to write navigator page: ") && groupPagesStored;
 }
 
 bool RReportSite::WriteGroupPage(const ReportGroup& group)
@@ -173,6 +184,7 @@ bool RReportSite::WriteGroupPage(const ReportGroup& group)
     bool written = false;
     for (const ReportType& type : group.types)
         if (WriteType(type, writer)) written = true;
+    if (!writer.Close()) groupPagesStored = false;
     return written;
 }
 

@@ -14,7 +14,8 @@ class RRepositoryPrivate;
 class RInstancesWriter;
 
 // Writes the report site of a repository into an existing folder: frames, banner, navigator,
-// one page per group and the data folder. The caller holds the store lock.
+// one page per group and the data folder. Every file replaces the old one only when whole. The
+// caller holds the store lock.
 class RReportSite {
 public:
     RReportSite(RRepositoryPrivate& repository, const std::string& directory);
@@ -40,6 +41,8 @@ private:
     RRepositoryPrivate& repository;
     std::string directory;
     std::vector<RInstance*> toFree;
+    // False once a group page or one of its raw-data files could not be stored.
+    bool groupPagesStored;
 };
 
 }  // namespace repository

@@ -1,3 +1,7 @@
+#include "kestro/repository/rinstance.h"
+#include "kestro/repository/rrepository.h"
+#include "support/fixturehost.h"
+#include "support/logcapture.h"
 #include "support/smallfilesystem.h"
 #include "support/tempdir.h"
 #include "xmodule/atomicfile.h"
@@ -10,6 +14,7 @@
 #include <functional>
 #include <iterator>
 #include <string>
+#include <vector>
 
 #include <sys/stat.h>
 #include <unistd.h>
@@ -33,6 +38,15 @@ std::string ReadFile(const std::string& path)
 {
     std::ifstream in(path.c_str(), std::ios::binary);
     return std::string((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
+}
+
+void AddRecords(kestro::repository::RRepository& repo, int count)
+{
+    for (int i = 0; i < count; ++i) {
+        kestro::repository::RInstance record("Processor", "Processor", i);
+        record.AddProperty("Model", "Model", std::string(200, 'm'), false);
+        record.AddToRepository(repo);
+    }
 }
 
 }  // namespace
@@ -90,4 +104,38 @@ TEST(AtomicFileTest, AWriteThatFailsMidwayLeavesThePreviousFileWhole)
     EXPECT_TRUE(error == errc::no_space_on_device) << error.message();
     EXPECT_EQ(first, ReadFile(target));
     EXPECT_EQ(0, TemporaryFiles(small.Path()));
+}
+
+TEST(WriteOnAFullDiskTest, TheFileAndTheSiteKeepTheirPreviousFormAndTheStoreIsKept)
+{
+    FixtureHost host("ID=rhel\n");
+    host.Dir().Write("data/reportcategory_rhel.xml",
+                     "<report><category><name>c</name><display>C</display><group><name>cpu</name>"
+                     "<display>CPU</display><type>Processor</type></group></category></report>");
+    SmallFileSystem small("256k");
+    if (!small.Mounted()) GTEST_SKIP() << "mounting a tmpfs needs root";
+    kestro::repository::RRepository repo(kestro::repository::ConnectLocal);
+    AddRecords(repo, 2);
+    ASSERT_TRUE(repo.WriteXML("inventory.xml", small.Path()));
+    ASSERT_TRUE(repo.WriteHTML(small.Path()));
+    const std::string xml = ReadFile(small.Path() + "/inventory.xml");
+    const std::string index = ReadFile(small.Path() + "/index.html");
+
+    small.Fill();
+    AddRecords(repo, 20);
+    LogCapture capture;
+    EXPECT_FALSE(repo.WriteXML("inventory.xml", small.Path()));
+    EXPECT_TRUE(capture.Has(1, "[repo] Failed to write XML: " + small.Path() +
+                                   "/inventory.xml: No space left on device"))
+        << capture.Dump();
+    EXPECT_FALSE(repo.WriteHTML(small.Path()));
+    EXPECT_TRUE(capture.Has(1, "[repo] Failed to write index page: " + small.Path() +
+                                   "/index.html: No space left on device"))
+        << capture.Dump();
+    EXPECT_EQ(xml, ReadFile(small.Path() + "/inventory.xml"));
+    EXPECT_EQ(index, ReadFile(small.Path() + "/index.html"));
+    EXPECT_EQ(0, TemporaryFiles(small.Path()));
+    std::vector<kestro::repository::RInstance*> records = repo.GetInstances("Processor");
+    EXPECT_EQ(22u, records.size());
+    repo.FreeInstances(records);
 }

@@ -80,7 +80,7 @@ TEST(RReportSiteTest, DataFolderIsKeptAndFailuresAreReported)
     const std::string blocked = host.Dir().Path() + "/blocked";
     boost::filesystem::create_directories(blocked + "/index.html");
     EXPECT_FALSE(repo.WriteHTML(blocked));
-    EXPECT_TRUE(capture.Has(1, "[repo] Failed to write index page: " + blocked + "/index.html"));
+    EXPECT_TRUE(capture.Has(1, "[repo] Failed to write index page: " + blocked + "/index.html: Is a directory"));
     EXPECT_FALSE(Exists(blocked + "/header.html"));
 
     RRepository noCategories(ConnectSmm);

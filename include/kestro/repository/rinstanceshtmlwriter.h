@@ -3,20 +3,25 @@
 
 #include "kestro/repository/rinstanceswriter.h"
 
-#include <fstream>
+#include <sstream>
 #include <string>
 #include <vector>
 
 namespace kestro {
 namespace repository {
 
-// One HTML page of the report: the constructor writes the top, the destructor the bottom.
-// Values are written as they come, never escaped: modules put mark-up into them on purpose.
+// One HTML page of the report: the constructor writes the top, Close (or the destructor) the
+// bottom. The page and its raw-data files replace older ones only when whole, so a failed write
+// leaves the previous file. Values are written as they come, never escaped: modules put mark-up
+// into them on purpose.
 class RInstancesHTMLWriter : public RInstancesWriter {
 public:
     // Writes directory/name.html.
     RInstancesHTMLWriter(const std::string& directory, const std::string& name, const std::string& title);
     ~RInstancesHTMLWriter() override;
+    // Finishes and stores the page; false (logged) when it or one of its raw-data files could
+    // not be written.
+    bool Close();
 
     void WriteTableTitle(const std::string& title) override;
     void WriteToolTip(const std::string& title, const std::string& tip, bool hasTip) override;
@@ -44,9 +49,14 @@ private:
     RInstancesHTMLWriter(const RInstancesHTMLWriter&) = delete;
     RInstancesHTMLWriter& operator=(const RInstancesHTMLWriter&) = delete;
 
+    void Store(const std::string& path, const std::string& content);
+
     unsigned rowIndex;
-    std::ofstream stream;
+    std::ostringstream stream;
     std::string directory;
+    std::string pagePath;
+    bool closed;
+    bool stored;
 };
 
 }  // namespace repository
