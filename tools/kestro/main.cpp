@@ -127,6 +127,23 @@ int WriteSite(RRepository& repo, const Options& options)
     return 0;
 }
 
+// Writes an XML file into the output folder; 0 or the failure's exit status.
+int WriteXmlFile(RRepository& repo, const char* fileName, const Options& options)
+{
+    if (repo.WriteXML(fileName, options.output)) return 0;
+    return Fail(results::RESULT_WRITE_FILE_FAILED,
+                (fs::path(options.output) / fileName).string() + ", see " + LogPath(options));
+}
+
+// The site is written even when the file was not, so nothing gathered is lost; the user is told
+// which stands, and the exit status is the file's failure first, else the site's.
+int Finish(RRepository& repo, int fileStatus, int siteStatus, const std::string& written, const Options& options)
+{
+    if (siteStatus == 0)
+        PrintSummary(repo, fileStatus == 0 ? written : "only the report site was written to " + options.output);
+    return fileStatus != 0 ? fileStatus : siteStatus;
+}
+
 // Collects by the case's category groups, then writes the file and the site.
 int CollectAndWrite(RRepository& repo, const Options& options)
 {
@@ -138,11 +155,8 @@ int CollectAndWrite(RRepository& repo, const Options& options)
         return Fail(results::RESULT_INVALID_PARAMETER,
                     "no group '" + options.group + "' in this case's report category; groups: " + GroupNames(groups));
     RunByGroups(repo, groups, options.group);
-    if (!repo.WriteXML(kInventoryFile, options.output))
-        return Fail(results::RESULT_WRITE_FILE_FAILED, (fs::path(options.output) / kInventoryFile).string());
-    if (const int failed = WriteSite(repo, options)) return failed;
-    PrintSummary(repo, "written to " + options.output);
-    return 0;
+    const int fileStatus = WriteXmlFile(repo, kInventoryFile, options);
+    return Finish(repo, fileStatus, WriteSite(repo, options), "written to " + options.output, options);
 }
 
 const kestro::repository::RInventoryCase kRedfishCases[] = {
@@ -279,12 +293,10 @@ int RunCompare(const Options& options)
     if (!repo.ReadXML(options.files[0], options.files[1]))
         return Fail(results::RESULT_UPDATE_INCOMPATIBLE_XML_RESULT,
                     "the files come from different kinds of machine, see " + LogPath(options));
-    if (!repo.WriteXML(kCompareFile, options.output))
-        return Fail(results::RESULT_WRITE_FILE_FAILED, (fs::path(options.output) / kCompareFile).string());
-    if (const int failed = PrepareForReport(repo, options)) return failed;
-    if (const int failed = WriteSite(repo, options)) return failed;
-    PrintSummary(repo, "comparison written to " + options.output);
-    return 0;
+    const int fileStatus = WriteXmlFile(repo, kCompareFile, options);
+    int siteStatus = PrepareForReport(repo, options);
+    if (siteStatus == 0) siteStatus = WriteSite(repo, options);
+    return Finish(repo, fileStatus, siteStatus, "comparison written to " + options.output, options);
 }
 
 int Dispatch(const Options& options)
