@@ -1,4 +1,4 @@
-#include "support/loopbackbmc.h"
+#include "fakebmc/loopbackbmc.h"
 #include "support/tempdir.h"
 
 #include <gtest/gtest.h>

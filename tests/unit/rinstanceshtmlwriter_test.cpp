@@ -36,8 +36,7 @@ TEST(RInstancesHTMLWriterTest, PlainPageIsTopTitleAndBottomAndReplacesTheOlderOn
     {
         RInstancesHTMLWriter writer(dir.Path(), "system", "System <b>Info</b>");
         // The page is stored whole when the writer closes; until then the older page stands.
-        EXPECT_EQ("an older page that must go
-", dir.Read("system.html"));
+        EXPECT_EQ("an older page that must go\n", dir.Read("system.html"));
     }
     EXPECT_EQ(whole, dir.Read("system.html"));
 }
