@@ -59,7 +59,7 @@ boost::json::value FetchJson(RestSession& session, const std::string& url, int l
     return boost::json::parse(result.body);
 }
 
-std::size_t VisitPage(RestSession& session, const boost::json::value& page, CollectionWalk walk,
+std::size_t VisitPage(const PageSource& fetch, const boost::json::value& page, CollectionWalk walk,
                       const MemberVisitor& visit)
 {
     const boost::json::array* members = FindJsonArray(page, MEMBERS_POINTER);
@@ -75,7 +75,7 @@ std::size_t VisitPage(RestSession& session, const boost::json::value& page, Coll
         const std::string link = ReadJsonString(member, MEMBER_LINK_POINTER);
         if (link == JSON_MISSING_TEXT)
             continue;
-        visit(FetchJson(session, link, 0));
+        visit(fetch(link, 0));
         ++visited;
     }
     return visited;
@@ -185,9 +185,18 @@ bool TryParseJson(const std::string& text, boost::json::value& out, std::string&
 std::size_t WalkCollection(RestSession& session, const std::string& url, CollectionWalk walk,
                            const MemberVisitor& visit, const NextPageVisitor& onNextPage)
 {
+    const PageSource fetch = [&session](const std::string& pageUrl, int levels) {
+        return FetchJson(session, pageUrl, levels);
+    };
+    return WalkCollectionPages(fetch, url, walk, visit, onNextPage);
+}
+
+std::size_t WalkCollectionPages(const PageSource& fetch, const std::string& url, CollectionWalk walk,
+                                const MemberVisitor& visit, const NextPageVisitor& onNextPage)
+{
     const int levels = walk == WalkExpanded && !HasExpandQuery(url) ? 1 : 0;
-    boost::json::value page = FetchJson(session, url, levels);
-    std::size_t visited = VisitPage(session, page, walk, visit);
+    boost::json::value page = fetch(url, levels);
+    std::size_t visited = VisitPage(fetch, page, walk, visit);
     std::set<std::string> seenPages;
     seenPages.insert(url);
     for (;;) {
@@ -201,8 +210,8 @@ std::size_t WalkCollection(RestSession& session, const std::string& url, Collect
         }
         if (!onNextPage.empty())
             onNextPage(next);
-        page = FetchJson(session, next, 0);
-        visited += VisitPage(session, page, walk, visit);
+        page = fetch(next, 0);
+        visited += VisitPage(fetch, page, walk, visit);
     }
     return visited;
 }

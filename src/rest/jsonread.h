@@ -67,6 +67,13 @@ typedef boost::function<void(const std::string& nextLink)> NextPageVisitor;
 std::size_t WalkCollection(RestSession& session, const std::string& url, CollectionWalk walk,
                            const MemberVisitor& visit, const NextPageVisitor& onNextPage = NextPageVisitor());
 
+// Where a walk gets its pages: the JSON at `url`, members expanded `levels` deep (0: links only).
+typedef boost::function<boost::json::value(const std::string& url, int levels)> PageSource;
+// The walk above over pages from `fetch`, which the session's form fetches with FetchUrl;
+// it throws what `fetch` throws.
+std::size_t WalkCollectionPages(const PageSource& fetch, const std::string& url, CollectionWalk walk,
+                                const MemberVisitor& visit, const NextPageVisitor& onNextPage = NextPageVisitor());
+
 }  // namespace Rest
 
 #endif
