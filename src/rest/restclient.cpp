@@ -41,18 +41,7 @@ size_t WriteToFile(char* data, size_t size, size_t count, void* userdata)
 
 size_t StoreHeaderLine(char* data, size_t size, size_t count, void* userdata)
 {
-    RestResult* result = static_cast<RestResult*>(userdata);
-    std::string line(data, size * count);
-    std::string::size_type colon = line.find(':');
-    if (colon != std::string::npos) {
-        std::string name = boost::algorithm::trim_copy(line.substr(0, colon));
-        result->headers[name] = boost::algorithm::trim_copy(line.substr(colon + 1));
-    } else {
-        boost::algorithm::trim(line);
-        // The status line is kept this way; the blank line that ends the block is not.
-        if (!line.empty())
-            result->headers[line] = "present";
-    }
+    StoreHeaderText(std::string(data, size * count), *static_cast<RestResult*>(userdata));
     return size * count;
 }
 
@@ -92,6 +81,20 @@ int ReportProgress(void* userdata, curl_off_t downloadTotal, curl_off_t download
 }
 
 }  // namespace
+
+void StoreHeaderText(std::string line, RestResult& result)
+{
+    std::string::size_type colon = line.find(':');
+    if (colon != std::string::npos) {
+        std::string name = boost::algorithm::trim_copy(line.substr(0, colon));
+        result.headers[name] = boost::algorithm::trim_copy(line.substr(colon + 1));
+    } else {
+        boost::algorithm::trim(line);
+        // The status line is kept this way; the blank line that ends the block is not.
+        if (!line.empty())
+            result.headers[line] = "present";
+    }
+}
 
 RestClientPrivate::RestClientPrivate()
     : handle(curl_easy_init()), timeout(-1), followRedirects(false), insecure(false),

@@ -12,6 +12,11 @@
 
 namespace Rest {
 
+// One line of a response's header block, as libcurl hands it over, into `result.headers`:
+// "Name: value" with blanks trimmed off both, the status line as its own name with "present";
+// the blank line that ends the block is dropped.
+void StoreHeaderText(std::string line, RestResult& result);
+
 class RestClientPrivate {
 public:
     RestClientPrivate();

@@ -8,6 +8,7 @@
 #include <gtest/gtest.h>
 
 #include "kestro/rest/restdatapart.h"
+#include "rest/restclient_p.h"
 #include "support/minimalbmc.h"
 #include "support/tempdir.h"
 
@@ -361,6 +362,34 @@ TEST_F(RestClientTest, ProxyUrlsGainAnHttpSchemeUnlessTheyHaveOne)
     EXPECT_EQ(200, client.Get(bmc.Url("/redfish/v1")).httpCode);
     EXPECT_EQ(0, proxy.RequestCount());
     EXPECT_EQ(1, bmc.RequestCount());
+}
+
+TEST(RestClientHeaderLineTest, NamesValuesAndTheStatusLineAreKeptTrimmed)
+{
+    const struct {
+        const char* line;
+        const char* name;   // nullptr: the line stores nothing
+        const char* value;
+    } cases[] = {
+        {"Content-Type: application/json\r\n", "Content-Type", "application/json"},
+        {"  X-Name  :  v  \r\n", "X-Name", "v"},
+        {"Location: https://bmc:443/redfish/v1\r\n", "Location", "https://bmc:443/redfish/v1"},
+        {"X-Empty:\r\n", "X-Empty", ""},
+        {":\r\n", "", ""},
+        {"HTTP/1.1 200 OK \r\n", "HTTP/1.1 200 OK", "present"},
+        {"\r\n", nullptr, nullptr},
+        {"", nullptr, nullptr},
+    };
+    for (const auto& c : cases) {
+        RestResult result;
+        Rest::StoreHeaderText(c.line, result);
+        if (!c.name) {
+            EXPECT_TRUE(result.headers.empty()) << c.line;
+            continue;
+        }
+        ASSERT_EQ(1u, result.headers.size()) << c.line;
+        EXPECT_EQ(c.value, result.headers[c.name]) << c.line;
+    }
 }
 
 TEST(RestClientClassifyTest, SortsResultsIntoSuccessFailureAndTrustOrTimeOut)
