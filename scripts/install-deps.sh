@@ -10,6 +10,7 @@ packages=(
   libcurl4-openssl-dev libssl-dev libsystemd-dev systemd-journal-remote
   libgtest-dev libgmock-dev googletest libbenchmark-dev
   libxml2-utils zlib1g-dev
+  clang libclang-rt-14-dev
   pci.ids usb.ids lshw
   chromium nodejs
 )
