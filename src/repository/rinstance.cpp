@@ -85,7 +85,9 @@ std::string Base64Decode(std::string text)
     std::string::size_type pad = 0;
     while (pad < 2 && pad < text.size() && text[text.size() - 1 - pad] == '=') ++pad;
     text.replace(text.size() - pad, pad, pad, 'A');
-    const std::string::size_type meaningful = text.size() * 6 / 8 - pad;
+    // "=" or "==" alone carry fewer bits than their padding claims: no byte, not a wrapped count.
+    const std::string::size_type whole = text.size() * 6 / 8;
+    const std::string::size_type meaningful = whole > pad ? whole - pad : 0;
     // Whole groups of four keep the iterator from reading past the end.
     text.append((4 - text.size() % 4) % 4, 'A');
     std::string bytes(Decoder(text.begin()), Decoder(text.end()));

@@ -114,6 +114,10 @@ TEST(RInstanceTest, EncodingMarksOnlyWhatItMust)
     EXPECT_EQ("no marker in this text", RInstancePrivate::DecodeText("no marker in this text"));
     // The marker may stand anywhere: the second word is decoded and the rest is lost.
     EXPECT_EQ("AB", RInstancePrivate::DecodeText("x QUI= trailing base64encod"));
+    // Padding with too few characters before it decodes to nothing.
+    EXPECT_EQ("", RInstancePrivate::DecodeText("base64encode ="));
+    EXPECT_EQ("", RInstancePrivate::DecodeText("base64encode =="));
+    EXPECT_EQ("", RInstancePrivate::DecodeText("base64encode Q=="));
     EXPECT_THROW(RInstancePrivate::DecodeText("base64encode not*base64"),
                  boost::archive::iterators::dataflow_exception);
 
