@@ -89,8 +89,12 @@ void SmbiosSeeds()
         Seed("smbiostable", s.first, s.second + EndOfTableBytes(0xFEFF));
         table += s.second;
     }
-    Seed("smbiostable", "whole-table", table + EndOfTableBytes(0xFEFF));
-    Seed("smbiostable", "cut-table", table.substr(0, table.size() / 2));
+    for (const char* target : {"smbiostable", "dmiinventory"}) {
+        Seed(target, "whole-table", table + EndOfTableBytes(0xFEFF));
+        Seed(target, "cut-table", table.substr(0, table.size() / 2));
+    }
+    // Two sockets and two DIMMs, so that the readers pair structures.
+    Seed("dmiinventory", "two-sockets", table + Socket(0x30) + Dimm(0x28) + EndOfTableBytes(0xFEFF));
     Seed("smbiosentry", "entry-2.8", SmbiosEntryPoint2Bytes(2, 8));
     Seed("smbiosentry", "entry-2.4", SmbiosEntryPoint2Bytes(2, 4));
     Seed("smbiosentry", "entry-3.3", SmbiosEntryPoint3Bytes(3, 3, 0));
