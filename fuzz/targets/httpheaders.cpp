@@ -2,8 +2,25 @@
 #include "fuzzsupport.h"
 #include "rest/restclient_p.h"
 
+#include <cctype>
 #include <cstdio>
 #include <cstdlib>
+
+namespace {
+
+bool Trimmed(const std::string& text)
+{
+    return text.empty() || (!std::isspace(static_cast<unsigned char>(text.front())) &&
+                            !std::isspace(static_cast<unsigned char>(text.back())));
+}
+
+void Fail(const char* what)
+{
+    std::fprintf(stderr, "%s\n", what);
+    std::abort();
+}
+
+}  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
@@ -13,14 +30,18 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     while (start < block.size()) {
         std::string::size_type end = block.find('\n', start);
         end = end == std::string::npos ? block.size() : end + 1;
-        Rest::StoreHeaderText(block.substr(start, end - start), result);
+        const std::string line = block.substr(start, end - start);
+        const auto before = result.headers;
+        Rest::StoreHeaderText(line, result);
+        bool blank = true;
+        for (const char c : line) blank = blank && std::isspace(static_cast<unsigned char>(c));
+        if (blank && result.headers != before) Fail("a blank line changed the headers");
         start = end;
     }
-    // A stored line is never blank: the block's closing line must not become a header.
-    for (const auto& header : result.headers)
-        if (header.first.empty() && header.second == "present") {
-            std::fprintf(stderr, "a blank line was stored as a header\n");
-            std::abort();
-        }
+    for (const auto& header : result.headers) {
+        // A name ends at the first colon of its line; a status line has none.
+        if (header.first.find(':') != std::string::npos) Fail("a stored name holds a colon");
+        if (!Trimmed(header.first) || !Trimmed(header.second)) Fail("a stored name or value keeps its blanks");
+    }
     return 0;
 }
