@@ -41,7 +41,7 @@ const RowModules kRows[] = {
     {RModuleTable::RowCfcInBand,
      {Make<RCFCHardwareInventoryModule>, Make<RCFCFirmwareInventoryModule>, Make<RCFCEnvironmentInfoInventoryModule>,
       Make<RCFCIPMILogsInventoryModule>, Make<RCFCBmcLogsInventoryModule>, Make<RCFCStorageDeviceInfoInventoryModule>,
-      Make<RDataSourceModule>, Make<RReportHighlightsModule>, Make<RExecutionLogModule>,
+      Make<RDataSourceModule>, Make<RReportHighlightsModule>, Make<ROSInventoryModule>, Make<RExecutionLogModule>,
       Make<RLegacyModule>}},
     {RModuleTable::RowCfcOob,
      {Make<RCFCHardwareInventoryModule>, Make<RCFCFirmwareInventoryModule>, Make<RCFCEnvironmentInfoInventoryModule>,
