@@ -407,7 +407,7 @@ void ROSInventoryModule::EnumOperatingSystem(RRepository& repo)
     RLOG(3) << "OperatingSystem::GetOperatingSystem() returns ret = " << ret;
     // A host that names itself nowhere is still named by its kind.
     if (os.ProductName == protocol::UNKNOWN_VALUE) os.ProductName = OperatingSystemName(os.OSType);
-    if (ret == 0) AddOne(repo, "OperatingSystem", "Operating System", os, kOperatingSystemFields);
+    AddOne(repo, "OperatingSystem", "Operating System", os, kOperatingSystemFields);
 }
 
 void ROSInventoryModule::EnumInstalledPackage(RRepository& repo)
@@ -424,8 +424,8 @@ void ROSInventoryModule::EnumTimeZone(RRepository& repo)
     Traced traced("EnumTimeZone");
     if (!StartOnce("TimeZone")) return;
     protocol::TimeZoneInfo zone;
-    if (Osinventory(RHostConnection::Of(repo)).GetTimeZone(zone) == 0)
-        AddOne(repo, "TimeZone", "Current Time Zone", zone, kTimeZoneFields);
+    Osinventory(RHostConnection::Of(repo)).GetTimeZone(zone);
+    AddOne(repo, "TimeZone", "Current Time Zone", zone, kTimeZoneFields);
 }
 
 void ROSInventoryModule::EnumBootConfiguration(RRepository& repo)
@@ -433,7 +433,7 @@ void ROSInventoryModule::EnumBootConfiguration(RRepository& repo)
     Traced traced("EnumBootConfiguration");
     if (!StartOnce("BootConfiguration")) return;
     protocol::BootConfigurationInfo boot;
-    if (Osinventory(RHostConnection::Of(repo)).GetOsConfiguration(boot) != 0) return;
+    Osinventory(RHostConnection::Of(repo)).GetOsConfiguration(boot);
     RInstance instance = MakeRecordInstance("BootConfiguration", "Boot Configuration", -1, boot, kBootFields);
     // The loader's entries keep their line breaks on the page.
     instance.AddPropertyAttr("Contents", "raw");
@@ -445,8 +445,8 @@ void ROSInventoryModule::EnumInitConfiguration(RRepository& repo)
     Traced traced("EnumInitConfiguration");
     if (!StartOnce("InitConfiguration")) return;
     protocol::InitConfigurationInfo init;
-    if (Osinventory(RHostConnection::Of(repo)).GetInitConfiguration(init) == 0)
-        AddOne(repo, "InitConfiguration", "Init Configuration", init, kInitFields);
+    Osinventory(RHostConnection::Of(repo)).GetInitConfiguration(init);
+    AddOne(repo, "InitConfiguration", "Init Configuration", init, kInitFields);
 }
 
 void ROSInventoryModule::EnumMemoryUtilization(RRepository& repo)
@@ -454,8 +454,8 @@ void ROSInventoryModule::EnumMemoryUtilization(RRepository& repo)
     Traced traced("EnumMemoryUtilization");
     if (!StartOnce("MemoryUtilization")) return;
     protocol::MemoryUtilizationInfo memory;
-    if (Osinventory(RHostConnection::Of(repo)).GetMemoryUtilization(memory) == 0)
-        AddOne(repo, "MemoryUtilization", "Memory Utilization", memory, kMemoryFields);
+    Osinventory(RHostConnection::Of(repo)).GetMemoryUtilization(memory);
+    AddOne(repo, "MemoryUtilization", "Memory Utilization", memory, kMemoryFields);
 }
 
 void ROSInventoryModule::EnumPageFile(RRepository& repo)
@@ -472,8 +472,8 @@ void ROSInventoryModule::EnumCurrentUser(RRepository& repo)
     Traced traced("EnumCurrentUser");
     if (!StartOnce("CurrentUser")) return;
     protocol::CurrentUserInfo user;
-    if (Osinventory(RHostConnection::Of(repo)).RetrieveCurrentUser(user) == 0)
-        AddOne(repo, "CurrentUser", "Current User", user, kCurrentUserFields);
+    Osinventory(RHostConnection::Of(repo)).RetrieveCurrentUser(user);
+    AddOne(repo, "CurrentUser", "Current User", user, kCurrentUserFields);
 }
 
 void ROSInventoryModule::EnumActiveUser(RRepository& repo)
@@ -535,7 +535,7 @@ void ROSInventoryModule::EnumKernelRingBuffer(RRepository& repo)
     Traced traced("EnumKernelRingBuffer");
     if (!StartOnce("KernelRingBuffer")) return;
     protocol::KernelRingBufferInfo buffer;
-    if (Osinventory(RHostConnection::Of(repo)).GetKernelRingBuffer(buffer) != 0) return;
+    Osinventory(RHostConnection::Of(repo)).GetKernelRingBuffer(buffer);
     RInstance instance = MakeRecordInstance("KernelRingBuffer", "Kernel Ring Buffer", -1, buffer, kRingBufferFields);
     instance.AddPropertyAttr("Contents", "raw");
     instance.AddToRepository(repo);
@@ -585,7 +585,7 @@ void ROSInventoryModule::EnumEsxiOperatingSystem(RRepository& repo)
     protocol::OperatingSystemInfo os;
     const int ret = XModule::Agentless::EXSIInventory(connections.front()).GetOperationSystem(os);
     RLOG(3) << "return value of GetOperationSystem() = " << ret;
-    if (ret == 0) AddOne(repo, "OperatingSystem", "Operating System", os, kEsxiOperatingSystemFields);
+    AddOne(repo, "OperatingSystem", "Operating System", os, kEsxiOperatingSystemFields);
 }
 
 void ROSInventoryModule::EnumEsxiInstalledPackage(RRepository& repo)
