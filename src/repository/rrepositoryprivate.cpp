@@ -2,6 +2,7 @@
 
 #include "kestro/repository/rinstance.h"
 #include "kestro/systemtype/systemtype.h"
+#include "kestro/xmodule/globalconfig.h"
 #include "kestro/xmodule/kestrodirectory.h"
 #include "repository/modules/rdatasourcemodule.h"
 #include "rinstance_p.h"
@@ -12,6 +13,7 @@
 #include "xmodule/atomicfile.h"
 #include "xmodule/linux/osrelease.h"
 #include "xmodule/sharedlibrary.h"
+#include "xmodule/transferdeadline.h"
 
 #include <boost/filesystem/operations.hpp>
 #include <boost/property_tree/xml_parser.hpp>
@@ -95,6 +97,51 @@ std::string XmlText(const pt::ptree& file)
     pt::write_xml(out, file, pt::xml_writer_make_settings<std::string>(' ', 2, "utf-8"));
     return out.str();
 }
+
+typedef XModule::TransferDeadline::Clock Clock;
+
+// A time limit of global.config; 0 or less sets none. The defaults lie far beyond what a healthy
+// BMC takes, and bound a service that never ends an answer or a redirect chain.
+struct TimeLimit {
+    const char* key;
+    int defaultSeconds;
+    const char* name;
+};
+
+const TimeLimit kTypeTimeLimit = {"KESTRO_TYPE_TIME_LIMIT", 600, "per type"};
+const TimeLimit kRunTimeLimit = {"KESTRO_RUN_TIME_LIMIT", 3600, "per run"};
+
+// The end of the type's collection: the earlier of the limits that apply.
+struct TypeDeadline {
+    bool set = false;
+    Clock::time_point when;
+    int seconds = 0;
+    const char* name = "";
+};
+
+void TakeEarlier(TypeDeadline& deadline, const TimeLimit& limit, Clock::time_point start)
+{
+    const int seconds = XModule::GetGlobalConfigValue(limit.key, limit.defaultSeconds);
+    if (seconds <= 0) return;
+    const Clock::time_point when = start + std::chrono::seconds(seconds);
+    if (deadline.set && deadline.when <= when) return;
+    deadline.set = true;
+    deadline.when = when;
+    deadline.seconds = seconds;
+    deadline.name = limit.name;
+}
+
+// Holds the deadline for the REST client while a module collects, and lifts it even on a throw.
+class DeadlineScope {
+public:
+    explicit DeadlineScope(const TypeDeadline& deadline)
+    {
+        if (deadline.set) XModule::TransferDeadline::Set(deadline.when);
+    }
+    ~DeadlineScope() { XModule::TransferDeadline::Clear(); }
+    DeadlineScope(const DeadlineScope&) = delete;
+    DeadlineScope& operator=(const DeadlineScope&) = delete;
+};
 
 void ClearMixedContent(pt::ptree& node)
 {
@@ -264,6 +311,25 @@ boost::shared_ptr<RModule> RRepositoryPrivate::FindModuleOffering(const std::str
     return boost::shared_ptr<RModule>();
 }
 
+void RRepositoryPrivate::CollectType(RModule& module, const std::string& type)
+{
+    const Clock::time_point typeStart = Clock::now();
+    if (!runStarted) {
+        runStart = typeStart;
+        runStarted = true;
+    }
+    TypeDeadline deadline;
+    TakeEarlier(deadline, kTypeTimeLimit, typeStart);
+    TakeEarlier(deadline, kRunTimeLimit, runStart);
+    {
+        const DeadlineScope scope(deadline);
+        module.EnumInstances(type, *owner);
+    }
+    if (deadline.set && Clock::now() >= deadline.when)
+        RLOG(2) << "Time limit of " << deadline.seconds << " s " << deadline.name << " reached while collecting "
+                << type << "; its records so far are kept";
+}
+
 void RRepositoryPrivate::RunInventory(const std::string& group)
 {
     if (!category) {
@@ -290,7 +356,7 @@ void RRepositoryPrivate::RunInventory(const std::string& group)
         }
         lastModule = module;
         RLOG(3) << "Begin to run inventory for type: " << *type;
-        module->EnumInstances(*type, *owner);
+        CollectType(*module, *type);
         done.push_back(*type);
     }
     if (lastModule) lastModule->DelDisuseResources();
@@ -310,7 +376,7 @@ void RRepositoryPrivate::RunInventory(ProgressCallback progress)
                 continue;
             }
             RLOG(3) << "Begin to run inventory for type: " << *type;
-            (*module)->EnumInstances(*type, *owner);
+            CollectType(**module, *type);
             done.push_back(*type);
         }
     }

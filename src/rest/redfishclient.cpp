@@ -1,5 +1,6 @@
 #include "kestro/rest/redfishclient.h"
 
+#include <algorithm>
 #include <chrono>
 #include <thread>
 
@@ -9,6 +10,7 @@
 #include "xmodule/rlog.h"
 #include "rest/redfishclient_p.h"
 #include "rest/redfishsettings.h"
+#include "xmodule/transferdeadline.h"
 
 namespace Rest {
 
@@ -20,6 +22,14 @@ const std::int32_t SERVICE_UNAVAILABLE = 503;
 bool IsStillStarting(const RestResult& result)
 {
     return result.curlCode == 0 && result.httpCode == SERVICE_UNAVAILABLE;
+}
+
+// The pause, cut short where the run's time limit comes first.
+std::uint64_t PauseBeforeRetry(std::uint64_t intervalMs)
+{
+    if (!XModule::TransferDeadline::IsSet())
+        return intervalMs;
+    return std::min<std::uint64_t>(intervalMs, static_cast<std::uint64_t>(XModule::TransferDeadline::RemainingMs()));
 }
 
 }  // namespace
@@ -40,9 +50,9 @@ RestResult RedfishClientPrivate::Retry(const boost::function<RestResult()>& atte
         const std::uint64_t elapsedMs = static_cast<std::uint64_t>(
             std::chrono::duration_cast<std::chrono::milliseconds>(std::chrono::steady_clock::now() - start)
                 .count());
-        if (elapsedMs > policy.waitMs)
+        if (elapsedMs > policy.waitMs || XModule::TransferDeadline::Passed())
             return result;
-        std::this_thread::sleep_for(std::chrono::milliseconds(policy.intervalMs));
+        std::this_thread::sleep_for(std::chrono::milliseconds(PauseBeforeRetry(policy.intervalMs)));
     }
 }
 
