@@ -20,6 +20,8 @@
 #include <boost/thread/locks.hpp>
 
 #include <algorithm>
+#include <cstring>
+#include <fstream>
 #include <iterator>
 #include <memory>
 #include <sstream>
@@ -142,6 +144,123 @@ public:
     DeadlineScope(const DeadlineScope&) = delete;
     DeadlineScope& operator=(const DeadlineScope&) = delete;
 };
+
+// Bounds of a repository file, far beyond any inventory (megabytes, a handful of levels): the XML
+// parser holds the whole file in memory and descends one call per element level, so a larger or
+// deeper file would exhaust the memory or the stack instead of failing.
+const std::uintmax_t kMaxRepositoryFileBytes = 256u * 1024 * 1024;
+const int kMaxElementDepth = 256;
+
+struct Markup {
+    const char* open;
+    const char* close;
+};
+
+// Markup that holds no elements, skipped whole by the depth count.
+const Markup kOpaqueMarkup[] = {{"<!--", "-->"}, {"<![CDATA[", "]]>"}, {"<?", "?>"}, {"<!", ">"}};
+
+std::string ReadBoundedFile(const std::string& path)
+{
+    boost::system::error_code error;
+    const std::uintmax_t size = boost::filesystem::file_size(path, error);
+    if (!error && size > kMaxRepositoryFileBytes)
+        throw pt::xml_parser_error("file of " + std::to_string(size) + " bytes, more than the " +
+                                       std::to_string(kMaxRepositoryFileBytes) + " a repository file may hold",
+                                   path, 0);
+    std::ifstream in(path.c_str(), std::ios::binary);
+    if (!in) throw pt::xml_parser_error("cannot open file", path, 0);
+    return std::string(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
+}
+
+// Where the tag that starts at `start` ends, quoted attribute values skipped.
+std::string::size_type TagEnd(const std::string& text, std::string::size_type start)
+{
+    char quote = 0;
+    for (std::string::size_type i = start; i < text.size(); ++i) {
+        if (quote != 0) {
+            if (text[i] == quote) quote = 0;
+        } else if (text[i] == '"' || text[i] == '\'') {
+            quote = text[i];
+        } else if (text[i] == '>') {
+            return i;
+        }
+    }
+    return std::string::npos;
+}
+
+// Counts element levels as the parser will meet them, and refuses a file nested too deep.
+void CheckElementDepth(const std::string& text, const std::string& path)
+{
+    int depth = 0;
+    std::string::size_type at = text.find('<');
+    while (at != std::string::npos) {
+        std::string::size_type end = std::string::npos;
+        bool opaque = false;
+        for (const Markup& markup : kOpaqueMarkup)
+            if (!opaque && text.compare(at, std::strlen(markup.open), markup.open) == 0) {
+                end = text.find(markup.close, at + std::strlen(markup.open));
+                opaque = true;
+            }
+        if (!opaque) {
+            end = TagEnd(text, at + 1);
+            if (text.compare(at, 2, "</") == 0)
+                depth = std::max(depth - 1, 0);
+            else if (end != std::string::npos && text[end - 1] != '/' && ++depth > kMaxElementDepth)
+                throw pt::xml_parser_error("elements nested more than " + std::to_string(kMaxElementDepth) +
+                                               " levels deep",
+                                           path, 0);
+        }
+        at = end == std::string::npos ? end : text.find('<', end);
+    }
+}
+
+struct Utf8Lead {
+    unsigned char mask;
+    unsigned char value;
+    int length;
+};
+
+const Utf8Lead kUtf8Leads[] = {{0x80, 0x00, 1}, {0xE0, 0xC0, 2}, {0xF0, 0xE0, 3}, {0xF8, 0xF0, 4}};
+
+// The bytes of the sequence a lead byte starts; 0 for a byte that starts none.
+int Utf8Length(unsigned char lead)
+{
+    for (const Utf8Lead& entry : kUtf8Leads)
+        if ((lead & entry.mask) == entry.value) return entry.length;
+    return 0;
+}
+
+// The offset of the first byte that breaks UTF-8, or npos.
+std::string::size_type FirstInvalidUtf8(const std::string& text)
+{
+    std::string::size_type i = 0;
+    while (i < text.size()) {
+        const int length = Utf8Length(static_cast<unsigned char>(text[i]));
+        if (length == 0 || i + length > text.size()) return i;
+        for (int k = 1; k < length; ++k)
+            if ((static_cast<unsigned char>(text[i + k]) & 0xC0) != 0x80) return i;
+        i += length;
+    }
+    return std::string::npos;
+}
+
+// Comments come out of the parser as nodes named "<xmlcomment>"; elements have names without '<'.
+bool HoldsElement(const pt::ptree& file)
+{
+    for (pt::ptree::const_iterator child = file.begin(); child != file.end(); ++child)
+        if (child->first.empty() || child->first[0] != '<') return true;
+    return false;
+}
+
+// The parser's failure names the file, as when it reads the file itself.
+void ParseXml(std::istream& in, const std::string& path, pt::ptree& file)
+{
+    try {
+        pt::read_xml(in, file);
+    } catch (const pt::xml_parser_error& e) {
+        throw pt::xml_parser_error(e.message(), path, e.line());
+    }
+}
 
 void ClearMixedContent(pt::ptree& node)
 {
@@ -459,10 +578,17 @@ bool RRepositoryPrivate::StoreAsXml(std::string& text)
 bool RRepositoryPrivate::ReadRepositoryFile(const std::string& path, pt::ptree& target)
 {
     try {
+        const std::string text = ReadBoundedFile(path);
+        CheckElementDepth(text, path);
+        const std::string::size_type invalid = FirstInvalidUtf8(text);
+        if (invalid != std::string::npos)
+            RLOG(2) << "Repository XML " << path << " holds bytes that are not UTF-8, the first at offset " << invalid
+                    << "; its values are read as they stand";
+        std::istringstream in(text);
         pt::ptree file;
-        pt::read_xml(path, file);
-        // An empty or text-only file parses, but holds no inventory: it must not replace one.
-        if (file.empty()) throw pt::xml_parser_error("no element in file", path, 0);
+        ParseXml(in, path, file);
+        // An empty, text-only or comment-only file parses, but holds no inventory: it must not replace one.
+        if (!HoldsElement(file)) throw pt::xml_parser_error("no element in file", path, 0);
         ClearMixedContent(file);
         std::string root;
         const std::string& first = file.begin()->first;
