@@ -24,12 +24,17 @@ bool IsStillStarting(const RestResult& result)
     return result.curlCode == 0 && result.httpCode == SERVICE_UNAVAILABLE;
 }
 
-// The pause, cut short where the run's time limit comes first.
-std::uint64_t PauseBeforeRetry(std::uint64_t intervalMs)
+// The pause, cut short where the run's time limit comes first; false when that limit has passed,
+// so that the caller returns the 503 it has rather than a try that could not be sent.
+bool WaitBeforeRetry(std::uint64_t intervalMs)
 {
-    if (!XModule::TransferDeadline::IsSet())
-        return intervalMs;
-    return std::min<std::uint64_t>(intervalMs, static_cast<std::uint64_t>(XModule::TransferDeadline::RemainingMs()));
+    if (!XModule::TransferDeadline::IsSet()) {
+        std::this_thread::sleep_for(std::chrono::milliseconds(intervalMs));
+        return true;
+    }
+    const std::uint64_t leftMs = static_cast<std::uint64_t>(XModule::TransferDeadline::RemainingMs());
+    std::this_thread::sleep_for(std::chrono::milliseconds(std::min(intervalMs, leftMs)));
+    return !XModule::TransferDeadline::Passed();
 }
 
 }  // namespace
@@ -50,9 +55,8 @@ RestResult RedfishClientPrivate::Retry(const boost::function<RestResult()>& atte
         const std::uint64_t elapsedMs = static_cast<std::uint64_t>(
             std::chrono::duration_cast<std::chrono::milliseconds>(std::chrono::steady_clock::now() - start)
                 .count());
-        if (elapsedMs > policy.waitMs || XModule::TransferDeadline::Passed())
+        if (elapsedMs > policy.waitMs || !WaitBeforeRetry(policy.intervalMs))
             return result;
-        std::this_thread::sleep_for(std::chrono::milliseconds(PauseBeforeRetry(policy.intervalMs)));
     }
 }
 
