@@ -9,6 +9,7 @@
 #include <boost/shared_ptr.hpp>
 #include <boost/thread/shared_mutex.hpp>
 
+#include <chrono>
 #include <string>
 #include <vector>
 
@@ -64,6 +65,9 @@ public:
     bool isWhitley;
     std::string productName;
     void* pluginHandle;
+    // When the first type of the run began, for the time limit per run.
+    std::chrono::steady_clock::time_point runStart;
+    bool runStarted = false;
 
 private:
     void PutHeader();
@@ -71,6 +75,8 @@ private:
     bool StoreAsXml(std::string& text);
     void LoadModulePlugin();
     boost::shared_ptr<RModule> FindModuleOffering(const std::string& type);
+    // Runs the module for one type within the time limits of global.config.
+    void CollectType(RModule& module, const std::string& type);
     std::string CategoryCaseText();
 };
 

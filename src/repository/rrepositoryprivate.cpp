@@ -2,6 +2,7 @@
 
 #include "kestro/repository/rinstance.h"
 #include "kestro/systemtype/systemtype.h"
+#include "kestro/xmodule/globalconfig.h"
 #include "kestro/xmodule/kestrodirectory.h"
 #include "repository/modules/rdatasourcemodule.h"
 #include "rinstance_p.h"
@@ -12,12 +13,15 @@
 #include "xmodule/atomicfile.h"
 #include "xmodule/linux/osrelease.h"
 #include "xmodule/sharedlibrary.h"
+#include "xmodule/transferdeadline.h"
 
 #include <boost/filesystem/operations.hpp>
 #include <boost/property_tree/xml_parser.hpp>
 #include <boost/thread/locks.hpp>
 
 #include <algorithm>
+#include <cstring>
+#include <fstream>
 #include <iterator>
 #include <memory>
 #include <sstream>
@@ -94,6 +98,168 @@ std::string XmlText(const pt::ptree& file)
     std::ostringstream out;
     pt::write_xml(out, file, pt::xml_writer_make_settings<std::string>(' ', 2, "utf-8"));
     return out.str();
+}
+
+typedef XModule::TransferDeadline::Clock Clock;
+
+// A time limit of global.config; 0 or less sets none. The defaults lie far beyond what a healthy
+// BMC takes, and bound a service that never ends an answer or a redirect chain.
+struct TimeLimit {
+    const char* key;
+    int defaultSeconds;
+    const char* name;
+};
+
+const TimeLimit kTypeTimeLimit = {"KESTRO_TYPE_TIME_LIMIT", 600, "per type"};
+const TimeLimit kRunTimeLimit = {"KESTRO_RUN_TIME_LIMIT", 3600, "per run"};
+
+// The end of the type's collection: the earlier of the limits that apply.
+struct TypeDeadline {
+    bool set = false;
+    Clock::time_point when;
+    int seconds = 0;
+    const char* name = "";
+};
+
+void TakeEarlier(TypeDeadline& deadline, const TimeLimit& limit, Clock::time_point start)
+{
+    const int seconds = XModule::GetGlobalConfigValue(limit.key, limit.defaultSeconds);
+    if (seconds <= 0) return;
+    const Clock::time_point when = start + std::chrono::seconds(seconds);
+    if (deadline.set && deadline.when <= when) return;
+    deadline.set = true;
+    deadline.when = when;
+    deadline.seconds = seconds;
+    deadline.name = limit.name;
+}
+
+// Holds the deadline for the REST client while a module collects, and lifts it even on a throw.
+class DeadlineScope {
+public:
+    explicit DeadlineScope(const TypeDeadline& deadline)
+    {
+        if (deadline.set) XModule::TransferDeadline::Set(deadline.when);
+    }
+    ~DeadlineScope() { XModule::TransferDeadline::Clear(); }
+    DeadlineScope(const DeadlineScope&) = delete;
+    DeadlineScope& operator=(const DeadlineScope&) = delete;
+};
+
+// Bounds of a repository file, far beyond any inventory (megabytes, a handful of levels): the XML
+// parser holds the whole file in memory and descends one call per element level, so a larger or
+// deeper file would exhaust the memory or the stack instead of failing.
+const std::uintmax_t kMaxRepositoryFileBytes = 256u * 1024 * 1024;
+const int kMaxElementDepth = 256;
+
+struct Markup {
+    const char* open;
+    const char* close;
+};
+
+// Markup that holds no elements, skipped whole by the depth count.
+const Markup kOpaqueMarkup[] = {{"<!--", "-->"}, {"<![CDATA[", "]]>"}, {"<?", "?>"}, {"<!", ">"}};
+
+std::string ReadBoundedFile(const std::string& path)
+{
+    boost::system::error_code error;
+    const std::uintmax_t size = boost::filesystem::file_size(path, error);
+    if (!error && size > kMaxRepositoryFileBytes)
+        throw pt::xml_parser_error("file of " + std::to_string(size) + " bytes, more than the " +
+                                       std::to_string(kMaxRepositoryFileBytes) + " a repository file may hold",
+                                   path, 0);
+    std::ifstream in(path.c_str(), std::ios::binary);
+    if (!in) throw pt::xml_parser_error("cannot open file", path, 0);
+    return std::string(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
+}
+
+// Where the tag that starts at `start` ends, quoted attribute values skipped.
+std::string::size_type TagEnd(const std::string& text, std::string::size_type start)
+{
+    char quote = 0;
+    for (std::string::size_type i = start; i < text.size(); ++i) {
+        if (quote != 0) {
+            if (text[i] == quote) quote = 0;
+        } else if (text[i] == '"' || text[i] == '\'') {
+            quote = text[i];
+        } else if (text[i] == '>') {
+            return i;
+        }
+    }
+    return std::string::npos;
+}
+
+// Counts element levels as the parser will meet them, and refuses a file nested too deep.
+void CheckElementDepth(const std::string& text, const std::string& path)
+{
+    int depth = 0;
+    std::string::size_type at = text.find('<');
+    while (at != std::string::npos) {
+        std::string::size_type end = std::string::npos;
+        bool opaque = false;
+        for (const Markup& markup : kOpaqueMarkup)
+            if (!opaque && text.compare(at, std::strlen(markup.open), markup.open) == 0) {
+                end = text.find(markup.close, at + std::strlen(markup.open));
+                opaque = true;
+            }
+        if (!opaque) {
+            end = TagEnd(text, at + 1);
+            if (text.compare(at, 2, "</") == 0)
+                depth = std::max(depth - 1, 0);
+            else if (end != std::string::npos && text[end - 1] != '/' && ++depth > kMaxElementDepth)
+                throw pt::xml_parser_error("elements nested more than " + std::to_string(kMaxElementDepth) +
+                                               " levels deep",
+                                           path, 0);
+        }
+        at = end == std::string::npos ? end : text.find('<', end);
+    }
+}
+
+struct Utf8Lead {
+    unsigned char mask;
+    unsigned char value;
+    int length;
+};
+
+const Utf8Lead kUtf8Leads[] = {{0x80, 0x00, 1}, {0xE0, 0xC0, 2}, {0xF0, 0xE0, 3}, {0xF8, 0xF0, 4}};
+
+// The bytes of the sequence a lead byte starts; 0 for a byte that starts none.
+int Utf8Length(unsigned char lead)
+{
+    for (const Utf8Lead& entry : kUtf8Leads)
+        if ((lead & entry.mask) == entry.value) return entry.length;
+    return 0;
+}
+
+// The offset of the first byte that breaks UTF-8, or npos.
+std::string::size_type FirstInvalidUtf8(const std::string& text)
+{
+    std::string::size_type i = 0;
+    while (i < text.size()) {
+        const int length = Utf8Length(static_cast<unsigned char>(text[i]));
+        if (length == 0 || i + length > text.size()) return i;
+        for (int k = 1; k < length; ++k)
+            if ((static_cast<unsigned char>(text[i + k]) & 0xC0) != 0x80) return i;
+        i += length;
+    }
+    return std::string::npos;
+}
+
+// Comments come out of the parser as nodes named "<xmlcomment>"; elements have names without '<'.
+bool HoldsElement(const pt::ptree& file)
+{
+    for (pt::ptree::const_iterator child = file.begin(); child != file.end(); ++child)
+        if (child->first.empty() || child->first[0] != '<') return true;
+    return false;
+}
+
+// The parser's failure names the file, as when it reads the file itself.
+void ParseXml(std::istream& in, const std::string& path, pt::ptree& file)
+{
+    try {
+        pt::read_xml(in, file);
+    } catch (const pt::xml_parser_error& e) {
+        throw pt::xml_parser_error(e.message(), path, e.line());
+    }
 }
 
 void ClearMixedContent(pt::ptree& node)
@@ -264,6 +430,25 @@ boost::shared_ptr<RModule> RRepositoryPrivate::FindModuleOffering(const std::str
     return boost::shared_ptr<RModule>();
 }
 
+void RRepositoryPrivate::CollectType(RModule& module, const std::string& type)
+{
+    const Clock::time_point typeStart = Clock::now();
+    if (!runStarted) {
+        runStart = typeStart;
+        runStarted = true;
+    }
+    TypeDeadline deadline;
+    TakeEarlier(deadline, kTypeTimeLimit, typeStart);
+    TakeEarlier(deadline, kRunTimeLimit, runStart);
+    {
+        const DeadlineScope scope(deadline);
+        module.EnumInstances(type, *owner);
+    }
+    if (deadline.set && Clock::now() >= deadline.when)
+        RLOG(2) << "Time limit of " << deadline.seconds << " s " << deadline.name << " reached while collecting "
+                << type << "; its records so far are kept";
+}
+
 void RRepositoryPrivate::RunInventory(const std::string& group)
 {
     if (!category) {
@@ -290,7 +475,7 @@ void RRepositoryPrivate::RunInventory(const std::string& group)
         }
         lastModule = module;
         RLOG(3) << "Begin to run inventory for type: " << *type;
-        module->EnumInstances(*type, *owner);
+        CollectType(*module, *type);
         done.push_back(*type);
     }
     if (lastModule) lastModule->DelDisuseResources();
@@ -310,7 +495,7 @@ void RRepositoryPrivate::RunInventory(ProgressCallback progress)
                 continue;
             }
             RLOG(3) << "Begin to run inventory for type: " << *type;
-            (*module)->EnumInstances(*type, *owner);
+            CollectType(**module, *type);
             done.push_back(*type);
         }
     }
@@ -393,10 +578,17 @@ bool RRepositoryPrivate::StoreAsXml(std::string& text)
 bool RRepositoryPrivate::ReadRepositoryFile(const std::string& path, pt::ptree& target)
 {
     try {
+        const std::string text = ReadBoundedFile(path);
+        CheckElementDepth(text, path);
+        const std::string::size_type invalid = FirstInvalidUtf8(text);
+        if (invalid != std::string::npos)
+            RLOG(2) << "Repository XML " << path << " holds bytes that are not UTF-8, the first at offset " << invalid
+                    << "; its values are read as they stand";
+        std::istringstream in(text);
         pt::ptree file;
-        pt::read_xml(path, file);
-        // An empty or text-only file parses, but holds no inventory: it must not replace one.
-        if (file.empty()) throw pt::xml_parser_error("no element in file", path, 0);
+        ParseXml(in, path, file);
+        // An empty, text-only or comment-only file parses, but holds no inventory: it must not replace one.
+        if (!HoldsElement(file)) throw pt::xml_parser_error("no element in file", path, 0);
         ClearMixedContent(file);
         std::string root;
         const std::string& first = file.begin()->first;

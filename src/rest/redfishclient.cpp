@@ -1,5 +1,6 @@
 #include "kestro/rest/redfishclient.h"
 
+#include <algorithm>
 #include <chrono>
 #include <thread>
 
@@ -9,6 +10,7 @@
 #include "xmodule/rlog.h"
 #include "rest/redfishclient_p.h"
 #include "rest/redfishsettings.h"
+#include "xmodule/transferdeadline.h"
 
 namespace Rest {
 
@@ -20,6 +22,19 @@ const std::int32_t SERVICE_UNAVAILABLE = 503;
 bool IsStillStarting(const RestResult& result)
 {
     return result.curlCode == 0 && result.httpCode == SERVICE_UNAVAILABLE;
+}
+
+// The pause, cut short where the run's time limit comes first; false when that limit has passed,
+// so that the caller returns the 503 it has rather than a try that could not be sent.
+bool WaitBeforeRetry(std::uint64_t intervalMs)
+{
+    if (!XModule::TransferDeadline::IsSet()) {
+        std::this_thread::sleep_for(std::chrono::milliseconds(intervalMs));
+        return true;
+    }
+    const std::uint64_t leftMs = static_cast<std::uint64_t>(XModule::TransferDeadline::RemainingMs());
+    std::this_thread::sleep_for(std::chrono::milliseconds(std::min(intervalMs, leftMs)));
+    return !XModule::TransferDeadline::Passed();
 }
 
 }  // namespace
@@ -40,9 +55,8 @@ RestResult RedfishClientPrivate::Retry(const boost::function<RestResult()>& atte
         const std::uint64_t elapsedMs = static_cast<std::uint64_t>(
             std::chrono::duration_cast<std::chrono::milliseconds>(std::chrono::steady_clock::now() - start)
                 .count());
-        if (elapsedMs > policy.waitMs)
+        if (elapsedMs > policy.waitMs || !WaitBeforeRetry(policy.intervalMs))
             return result;
-        std::this_thread::sleep_for(std::chrono::milliseconds(policy.intervalMs));
     }
 }
 

@@ -1,5 +1,6 @@
 #include "kestro/rest/restclient.h"
 
+#include <algorithm>
 #include <cstring>
 #include <sstream>
 #include <stdexcept>
@@ -10,6 +11,7 @@
 
 #include "kestro/xmodule/uri.h"
 #include "rest/restclient_p.h"
+#include "xmodule/transferdeadline.h"
 
 namespace Rest {
 
@@ -17,6 +19,7 @@ namespace {
 
 const char* const USER_AGENT = "OQCE_KESTRO";
 const char* const UNKNOWN_REQUEST_TYPE = "unknown request type";
+const char* const PAST_DEADLINE_TEXT = "Time limit reached before the request was sent";
 // Without a fixed time-out a transfer dies only when it stays this slow for this long.
 const long LOW_SPEED_TIME_SECONDS = 60;
 const long LOW_SPEED_LIMIT_BYTES = 30;
@@ -149,6 +152,29 @@ void RestClientPrivate::SetTimeoutOptions()
         curl_easy_setopt(handle, CURLOPT_TIMEOUT, static_cast<long>(timeout));
         curl_easy_setopt(handle, CURLOPT_CONNECTTIMEOUT, static_cast<long>(timeout));
     }
+    BoundByDeadline();
+}
+
+// The run's time limit cuts a transfer on top of its own time-out, whichever ends first.
+void RestClientPrivate::BoundByDeadline()
+{
+    if (!XModule::TransferDeadline::IsSet())
+        return;
+    const std::int64_t leftMs = std::max<std::int64_t>(XModule::TransferDeadline::RemainingMs(), 1);
+    if (timeout > 0 && leftMs >= static_cast<std::int64_t>(timeout) * 1000)
+        return;
+    curl_easy_setopt(handle, CURLOPT_TIMEOUT_MS, static_cast<long>(leftMs));
+}
+
+// Past the deadline nothing is sent: the answer is libcurl's own time-out, so callers treat it as one.
+RestResult RestClientPrivate::RefusePastDeadline()
+{
+    curl_easy_reset(handle);
+    RestResult result;
+    result.curlCode = CURLE_OPERATION_TIMEDOUT;
+    result.httpCode = -1;
+    result.body = PAST_DEADLINE_TEXT;
+    return result;
 }
 
 void RestClientPrivate::SetTlsOptions()
@@ -194,6 +220,8 @@ void RestClientPrivate::CollectCookies(RestResult& result)
 
 RestResult RestClientPrivate::Perform(const std::string& url)
 {
+    if (XModule::TransferDeadline::Passed())
+        return RefusePastDeadline();
     RestResult result;
     if (gzip)
         curl_easy_setopt(handle, CURLOPT_ACCEPT_ENCODING, "gzip");

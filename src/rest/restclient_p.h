@@ -55,6 +55,8 @@ private:
     curl_slist* BuildHeaderList() const;
     void SetAuthOptions();
     void SetTimeoutOptions();
+    void BoundByDeadline();
+    RestResult RefusePastDeadline();
     void SetTlsOptions();
     void SetProxyOptions();
     void CollectCookies(RestResult& result);

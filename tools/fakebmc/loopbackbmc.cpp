@@ -6,6 +6,7 @@
 #include <condition_variable>
 #include <memory>
 #include <mutex>
+#include <set>
 #include <sstream>
 #include <stdexcept>
 #include <thread>
@@ -135,7 +136,17 @@ struct Reply {
     std::string raw;
     bool close = false;    // close the connection after writing
     bool openTunnel = false;
+    bool stall = false;    // write nothing and hold the connection
+    int dripMs = 0;        // write a byte per this many milliseconds
 };
+
+std::shared_ptr<asio::ssl::context> MakeTlsContext(const SelfSignedCertificate& certificate)
+{
+    std::shared_ptr<asio::ssl::context> context = std::make_shared<asio::ssl::context>(asio::ssl::context::tls_server);
+    context->use_certificate_chain(asio::buffer(certificate.CertificatePem()));
+    context->use_private_key(asio::buffer(certificate.PrivateKeyPem()), asio::ssl::context::pem);
+    return context;
+}
 
 }  // namespace
 
@@ -154,13 +165,16 @@ public:
                                                    const std::string& body, const std::string& contentType);
     // False when the server stops during the wait.
     bool WaitLatency();
+    bool Pause(int milliseconds);
+    template <class Stream>
+    void Drip(Stream& stream, const Reply& reply);
     void ShutdownSocket(tcp::socket& socket);
 
     LoopbackBmc::Options options;
     asio::io_context io;
     tcp::acceptor acceptor;
     std::unique_ptr<SelfSignedCertificate> certificate;
-    std::unique_ptr<asio::ssl::context> tls;
+    std::shared_ptr<asio::ssl::context> tls;
     std::thread acceptThread;
     bool running = false;
 
@@ -175,6 +189,8 @@ public:
     std::map<std::string, Redirect> redirects;
     std::map<std::string, int> forcedStatuses;
     std::map<std::string, std::string> rawResponses;
+    std::set<std::string> stalledPaths;
+    std::map<std::string, int> dripIntervals;
     std::vector<std::pair<std::string, std::string> > extraHeaders;
     std::size_t pageSize = 0;
     int failCount = 0;
@@ -209,8 +225,13 @@ void LoopbackBmcPrivate::AcceptLoop()
 
 void LoopbackBmcPrivate::ServeConnection(std::shared_ptr<tcp::socket> socket)
 {
-    if (tls) {
-        asio::ssl::stream<tcp::socket&> stream(*socket, *tls);
+    std::shared_ptr<asio::ssl::context> context;
+    {
+        std::lock_guard<std::mutex> lock(mutex);
+        context = tls;
+    }
+    if (context) {
+        asio::ssl::stream<tcp::socket&> stream(*socket, *context);
         boost::system::error_code ec;
         stream.handshake(asio::ssl::stream_base::server, ec);
         // No TLS close_notify exchange: the TCP shutdown below ends the connection either way.
@@ -256,6 +277,14 @@ void LoopbackBmcPrivate::ServeRequests(Stream& stream)
         Reply reply = Answer(message, tunnelled);
         if (!WaitLatency())
             return;
+        if (reply.stall) {
+            Pause(-1);
+            return;
+        }
+        if (reply.dripMs > 0) {
+            Drip(stream, reply);
+            return;
+        }
         if (reply.useRaw)
             asio::write(stream, asio::buffer(reply.raw), ec);
         else
@@ -268,10 +297,34 @@ void LoopbackBmcPrivate::ServeRequests(Stream& stream)
 
 bool LoopbackBmcPrivate::WaitLatency()
 {
+    int milliseconds = 0;
+    {
+        std::lock_guard<std::mutex> lock(mutex);
+        milliseconds = latencyMs;
+    }
+    return Pause(milliseconds);
+}
+
+// A negative pause lasts until the server stops.
+bool LoopbackBmcPrivate::Pause(int milliseconds)
+{
     std::unique_lock<std::mutex> lock(mutex);
-    if (latencyMs > 0)
-        changed.wait_for(lock, std::chrono::milliseconds(latencyMs), [this] { return stopping; });
+    if (milliseconds < 0)
+        changed.wait(lock, [this] { return stopping; });
+    else if (milliseconds > 0)
+        changed.wait_for(lock, std::chrono::milliseconds(milliseconds), [this] { return stopping; });
     return !stopping;
+}
+
+template <class Stream>
+void LoopbackBmcPrivate::Drip(Stream& stream, const Reply& reply)
+{
+    std::ostringstream serialized;
+    serialized << reply.response;
+    const std::string bytes = serialized.str();
+    boost::system::error_code ec;
+    for (std::size_t i = 0; i < bytes.size() && !ec && Pause(i == 0 ? 0 : reply.dripMs); ++i)
+        asio::write(stream, asio::buffer(&bytes[i], 1), ec);
 }
 
 void LoopbackBmcPrivate::ShutdownSocket(tcp::socket& socket)
@@ -383,6 +436,10 @@ Reply LoopbackBmcPrivate::Answer(const http::request<http::string_body>& message
         reply.response.set(http::field::www_authenticate, "Basic realm=\"loopback-bmc\"");
         return reply;
     }
+    if (stalledPaths.count(record.path) != 0) {
+        reply.stall = true;
+        return reply;
+    }
     std::map<std::string, std::string>::const_iterator raw = rawResponses.find(record.path);
     if (raw != rawResponses.end()) {
         reply.useRaw = true;
@@ -401,7 +458,11 @@ Reply LoopbackBmcPrivate::Answer(const http::request<http::string_body>& message
         reply.response = MakeResponse(message, forced->second, "{\"error\":\"forced status\"}", JSON_TYPE);
         return reply;
     }
-    return AnswerResource(message, record);
+    reply = AnswerResource(message, record);
+    std::map<std::string, int>::const_iterator drip = dripIntervals.find(record.path);
+    if (drip != dripIntervals.end())
+        reply.dripMs = drip->second;
+    return reply;
 }
 
 LoopbackBmc::LoopbackBmc() : d(new LoopbackBmcPrivate(Options())) {}
@@ -418,12 +479,8 @@ void LoopbackBmc::Start()
 {
     if (d->running)
         return;
-    if (d->options.https) {
-        d->certificate.reset(new SelfSignedCertificate);
-        d->tls.reset(new asio::ssl::context(asio::ssl::context::tls_server));
-        d->tls->use_certificate_chain(asio::buffer(d->certificate->CertificatePem()));
-        d->tls->use_private_key(asio::buffer(d->certificate->PrivateKeyPem()), asio::ssl::context::pem);
-    }
+    if (d->options.https)
+        ReplaceCertificate();
     boost::system::error_code ec;
     const asio::ip::address address = asio::ip::make_address(d->options.address, ec);
     if (ec)
@@ -508,7 +565,23 @@ std::string LoopbackBmc::Url(const std::string& path) const
 
 std::string LoopbackBmc::CertificatePem() const
 {
+    std::lock_guard<std::mutex> lock(d->mutex);
     return d->certificate ? d->certificate->CertificatePem() : std::string();
+}
+
+void LoopbackBmc::ReplaceCertificate()
+{
+    std::unique_ptr<SelfSignedCertificate> fresh(new SelfSignedCertificate);
+    const std::shared_ptr<asio::ssl::context> context = MakeTlsContext(*fresh);
+    std::lock_guard<std::mutex> lock(d->mutex);
+    d->certificate.swap(fresh);
+    d->tls = context;
+}
+
+void LoopbackBmc::SetPassword(const std::string& password)
+{
+    std::lock_guard<std::mutex> lock(d->mutex);
+    d->options.password = password;
 }
 
 void LoopbackBmc::SetDocument(const std::string& path, const std::string& body, const std::string& contentType)
@@ -554,6 +627,18 @@ void LoopbackBmc::SetRawResponse(const std::string& path, const std::string& byt
 {
     std::lock_guard<std::mutex> lock(d->mutex);
     d->rawResponses[MockupTree::NormalizePath(path)] = bytes;
+}
+
+void LoopbackBmc::StallAnswers(const std::string& path)
+{
+    std::lock_guard<std::mutex> lock(d->mutex);
+    d->stalledPaths.insert(MockupTree::NormalizePath(path));
+}
+
+void LoopbackBmc::DripAnswers(const std::string& path, int intervalMs)
+{
+    std::lock_guard<std::mutex> lock(d->mutex);
+    d->dripIntervals[MockupTree::NormalizePath(path)] = intervalMs;
 }
 
 void LoopbackBmc::AddResponseHeader(const std::string& name, const std::string& value)

@@ -56,6 +56,10 @@ public:
     std::string Url(const std::string& path) const;
     // PEM of the served certificate; empty for plain HTTP.
     std::string CertificatePem() const;
+    // A new self-signed certificate for the connections made from now on.
+    void ReplaceCertificate();
+    // The password basic authentication accepts from now on.
+    void SetPassword(const std::string& password);
 
     // A resource held in memory, hiding a file of the same path.
     void SetDocument(const std::string& path, const std::string& body,
@@ -70,6 +74,10 @@ public:
     void ForceStatus(const std::string& path, int status);
     // Writes `bytes` as the whole answer to `path` and closes the connection; "" closes at once.
     void SetRawResponse(const std::string& path, const std::string& bytes);
+    // Requests of `path` are read and never answered, until the server stops.
+    void StallAnswers(const std::string& path);
+    // The answer to `path` is written one byte per interval, then the connection closes.
+    void DripAnswers(const std::string& path, int intervalMs);
     // Sent with every answer.
     void AddResponseHeader(const std::string& name, const std::string& value);
     // Compress answers for clients that accept gzip (on by default).

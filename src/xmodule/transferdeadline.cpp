@@ -1,0 +1,36 @@
+#include "xmodule/transferdeadline.h"
+
+#include <atomic>
+
+namespace XModule {
+
+namespace {
+
+// Clock ticks of the deadline; 0 stands for none.
+std::atomic<TransferDeadline::Clock::rep> deadlineTicks(0);
+
+}  // namespace
+
+void TransferDeadline::Set(Clock::time_point when)
+{
+    const Clock::rep ticks = when.time_since_epoch().count();
+    deadlineTicks.store(ticks != 0 ? ticks : 1);
+}
+
+void TransferDeadline::Clear() { deadlineTicks.store(0); }
+
+bool TransferDeadline::IsSet() { return deadlineTicks.load() != 0; }
+
+bool TransferDeadline::Passed() { return IsSet() && RemainingMs() == 0; }
+
+std::int64_t TransferDeadline::RemainingMs()
+{
+    const Clock::rep ticks = deadlineTicks.load();
+    if (ticks == 0) return 0;
+    const Clock::duration left = Clock::time_point(Clock::duration(ticks)) - Clock::now();
+    if (left <= Clock::duration::zero()) return 0;
+    const std::int64_t ms = std::chrono::duration_cast<std::chrono::milliseconds>(left).count();
+    return ms > 0 ? ms : 1;
+}
+
+}  // namespace XModule
