@@ -169,6 +169,8 @@ public:
     template <class Stream>
     void Drip(Stream& stream, const Reply& reply);
     void ShutdownSocket(tcp::socket& socket);
+    // Joins the connection threads that have ended; called with `mutex` held.
+    void JoinFinishedWorkers();
 
     LoopbackBmc::Options options;
     asio::io_context io;
@@ -181,7 +183,10 @@ public:
     mutable std::mutex mutex;
     std::condition_variable changed;
     bool stopping = false;
-    int activeConnections = 0;
+    // A thread per connection, joined once it ends, so that none outlives the server (or a test
+    // process at exit, where a thread still tearing down its TLS state shows as a leak).
+    std::map<std::thread::id, std::thread> workers;
+    std::vector<std::thread> finishedWorkers;
     std::vector<std::shared_ptr<tcp::socket> > sockets;
 
     MockupTree tree;
@@ -218,8 +223,9 @@ void LoopbackBmcPrivate::AcceptLoop()
         // TLS writes a record in pieces; without this each answer waits out the peer's delayed ACK.
         socket->set_option(tcp::no_delay(true), ec);
         sockets.push_back(socket);
-        ++activeConnections;
-        std::thread(&LoopbackBmcPrivate::ServeConnection, this, socket).detach();
+        JoinFinishedWorkers();
+        std::thread worker(&LoopbackBmcPrivate::ServeConnection, this, socket);
+        workers[worker.get_id()] = std::move(worker);
     }
 }
 
@@ -252,8 +258,17 @@ void LoopbackBmcPrivate::ServeConnection(std::shared_ptr<tcp::socket> socket)
     }
     // The socket must go before the server may be destroyed: it refers to the server's io_context.
     socket.reset();
-    --activeConnections;
+    const std::map<std::thread::id, std::thread>::iterator self = workers.find(std::this_thread::get_id());
+    finishedWorkers.push_back(std::move(self->second));
+    workers.erase(self);
     changed.notify_all();
+}
+
+void LoopbackBmcPrivate::JoinFinishedWorkers()
+{
+    for (std::thread& worker : finishedWorkers)
+        worker.join();
+    finishedWorkers.clear();
 }
 
 template <class Stream>
@@ -518,7 +533,8 @@ void LoopbackBmc::Stop()
     }
     d->acceptThread.join();
     std::unique_lock<std::mutex> lock(d->mutex);
-    d->changed.wait(lock, [this] { return d->activeConnections == 0; });
+    d->changed.wait(lock, [this] { return d->workers.empty(); });
+    d->JoinFinishedWorkers();
     boost::system::error_code ignored;
     d->acceptor.close(ignored);
     d->running = false;
