@@ -48,30 +48,6 @@ RInstance Record(const std::string& type, const std::string& name, int value)
 
 }  // namespace
 
-TEST(RRepositoryTest, LocalCaseFollowsTheOperatingSystemFamily)
-{
-    struct Case {
-        const char* release;
-        const char* expected;
-    };
-    const Case cases[] = {
-        {"ID=debian\n", "ubuntu"},
-        {"ID=ubuntu\nID_LIKE=debian\n", "ubuntu"},
-        {"ID=\"rocky\"\nID_LIKE=\"rhel centos fedora\"\n", "rhel"},
-        {"ID=\"sles\"\n", "sles"},
-        {"ID=\"opensuse-leap\"\nID_LIKE=\"suse opensuse\"\n", "sles"},
-        {"ID=arch\n", "rhel"},
-        {"", "rhel"},
-    };
-    for (const Case& c : cases) {
-        FixtureHost host(c.release);
-        LogCapture capture;
-        RRepository repo(ConnectLocal);
-        EXPECT_EQ(c.expected, Mode(repo, host.Dir().Path())) << c.release;
-        EXPECT_TRUE(capture.Has(3, std::string("[repo] Set inventory case to  ") + c.expected)) << capture.Dump();
-    }
-}
-
 // What the log tells at the levels a run writes by default (3 and below).
 std::string UserLog(const LogCapture& capture)
 {
@@ -86,31 +62,39 @@ TEST(RRepositoryTest, EachModePicksItsCaseAndOrdinaryCasesLookForThePlugin)
     // No plug-in lies beside this program: the ordinary cases say so and go on without it.
     const std::string noPlugin = "2 [repo] Unable to load shared library repository_vxmodule.so !!!\n"
                                  "2 [repo] load vexa server module failed\n";
+    const std::string noCase = "1 [repo] Inventory case doesn't exist \n";
+    const std::string noFamily = "2 [repo] Cannot tell the operating system family from os-release, using rhel\n";
     const struct {
         ConnectMode mode;
         const char* release;
         const char* expected;  // empty: no case until a file is read
         bool ordinary;
+        std::string before;  // logged before the case is set
     } cases[] = {
-        {ConnectLocalAmd, "ID=rhel\n", "amd_rhel", true},
-        {ConnectLocalAmd, "ID=debian\n", "ubuntu", true},
-        {ConnectOob, "ID=rhel\n", "oob", true},
-        {ConnectCmm, "ID=rhel\n", "cmm", false},
-        {ConnectEsxi, "ID=rhel\n", "esxi", true},
-        {ConnectSmm, "ID=rhel\n", "smm", false},
-        {static_cast<ConnectMode>(5), "ID=rhel\n", "windows", true},
-        {ConnectNone, "ID=rhel\n", "", false},
+        // The local case follows the operating system family.
+        {ConnectLocal, "ID=ubuntu\nID_LIKE=debian\n", "ubuntu", true, ""},
+        {ConnectLocal, "ID=\"opensuse-leap\"\nID_LIKE=\"suse opensuse\"\n", "sles", true, ""},
+        {ConnectLocal, "ID=\"rocky\"\nID_LIKE=\"rhel centos fedora\"\n", "rhel", true, ""},
+        {ConnectLocal, "ID=arch\n", "rhel", true, noFamily},
+        {ConnectLocal, "", "rhel", true, noFamily},
+        {ConnectLocalAmd, "ID=rhel\n", "amd_rhel", true, ""},
+        {ConnectLocalAmd, "ID=debian\n", "ubuntu", true, ""},
+        {ConnectOob, "ID=rhel\n", "oob", true, ""},
+        {ConnectCmm, "ID=rhel\n", "cmm", false, ""},
+        {ConnectEsxi, "ID=rhel\n", "esxi", true, ""},
+        {ConnectSmm, "ID=rhel\n", "smm", false, ""},
+        {static_cast<ConnectMode>(5), "ID=rhel\n", "windows", true, noCase},
+        {ConnectNone, "ID=rhel\n", "", false, ""},
     };
     // The server family is detected once per process, on first need; done here, its lines stay out.
     kestro::SystemType::GetInstance()->GetSystemType();
     for (const auto& c : cases) {
-        SCOPED_TRACE(c.expected);
+        SCOPED_TRACE(std::string(c.expected) + " " + c.release);
         FixtureHost host(c.release);
         LogCapture capture;
         RRepository repo(c.mode);
-        std::string expected = *c.expected ? std::string("3 [repo] Set inventory case to  ") + c.expected + "\n" : "";
-        if (c.mode == 5) expected = "1 [repo] Inventory case doesn't exist \n" + expected;
-        EXPECT_EQ(expected + (c.ordinary ? noPlugin : ""), UserLog(capture));
+        const std::string set = *c.expected ? std::string("3 [repo] Set inventory case to  ") + c.expected + "\n" : "";
+        EXPECT_EQ(c.before + set + (c.ordinary ? noPlugin : ""), UserLog(capture));
         EXPECT_EQ(c.expected, Mode(repo, host.Dir().Path()));
     }
 }
@@ -198,30 +182,6 @@ TEST(RRepositoryTest, StoreHandsOutCopiesListsEachTypeOnceAndCombines)
     LogCapture capture;
     target.Combine(target);
     EXPECT_TRUE(capture.Has(2, "[repo] Cannot combine a repository with itself"));
-}
-
-TEST(RRepositoryTest, SettingsAreKept)
-{
-    RRepository repo(ConnectNone);
-    std::vector<XModule::ConnectionInfo> list(2);
-    list[1].host = "second";
-    repo.SetCIMConnectionList(list);
-    repo.SetIPMIConnectionList(std::vector<XModule::ConnectionInfo>(1));
-    repo.SetHttpsConnectionList(std::vector<XModule::ConnectionInfo>(3));
-    repo.SetRestConnectionList(std::vector<XModule::ConnectionInfo>(4));
-    repo.SetRestConnectionList(repo.GetRestConnectionList());
-    EXPECT_EQ("second", repo.GetCIMConnectionList()[1].host);
-    EXPECT_EQ((std::vector<size_t>{1, 3, 4}), (std::vector<size_t>{repo.GetIPMIConnectionList().size(),
-                                                                    repo.GetHttpsConnectionList().size(),
-                                                                    repo.GetRestConnectionList().size()}));
-    XModule::UserContext context;
-    context.options["iobay"] = "2";
-    repo.SetUserContext(context);
-    EXPECT_EQ("2", repo.GetUserContext().GetOption("iobay", ""));
-    repo.SetIsWhitleySystem(true);
-    EXPECT_TRUE(repo.GetSystemIsWhitley());
-    repo.SetConnectMode(ConnectOob);
-    EXPECT_EQ(ConnectOob, repo.GetConnectMode());
 }
 
 TEST(RRepositoryTest, CategoriesComeFromTheCaseOrTheStoredMode)
