@@ -105,7 +105,10 @@ TEST(KestroSecretsTest, NoCredentialInTheLogTheFilesTheSiteTheConsoleOrTheProces
     int status = 0;
     waitpid(tool, &status, 0);
     ASSERT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0) << ReadFile(dir.Path() + "/console.txt");
-    ASSERT_NE(std::string::npos, outputs.front().second.find("127.0.0.1")) << "the command line was read";
+    // The listing shows the password masked, one '*' a character.
+    EXPECT_NE(std::string::npos, outputs.front().second.find(std::string(kUser) + ":" +
+                                                              std::string(sizeof kPassword - 1, '*') + "@127.0.0.1"))
+        << outputs.front().second;
     const std::vector<std::pair<std::string, std::string> > files = FilesUnder(dir.Path());
     outputs.insert(outputs.end(), files.begin(), files.end());
     ASSERT_GT(outputs.size(), 10u) << "the log, the console, the XML file and the site's pages";
