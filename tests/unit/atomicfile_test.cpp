@@ -10,9 +10,7 @@
 
 #include <boost/filesystem/operations.hpp>
 
-#include <fstream>
 #include <functional>
-#include <iterator>
 #include <string>
 #include <vector>
 
@@ -32,12 +30,6 @@ int TemporaryFiles(const std::string& folder)
     for (fs::directory_iterator entry(folder); entry != fs::directory_iterator(); ++entry)
         if (entry->path().filename().string().find(".tmp-") != std::string::npos) ++found;
     return found;
-}
-
-std::string ReadFile(const std::string& path)
-{
-    std::ifstream in(path.c_str(), std::ios::binary);
-    return std::string((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
 }
 
 void AddRecords(kestro::repository::RRepository& repo, int count)

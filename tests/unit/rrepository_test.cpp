@@ -11,7 +11,6 @@
 
 #include <boost/function.hpp>
 
-#include <fstream>
 
 
 using namespace kestro::repository;
@@ -29,8 +28,7 @@ const char kEmptyFile[] =
 std::string Mode(RRepository& repo, const std::string& directory)
 {
     EXPECT_TRUE(repo.WriteXML("mode.xml", directory));
-    std::ifstream in((directory + "/mode.xml").c_str());
-    std::string text((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
+    const std::string text = ReadFile(directory + "/mode.xml");
     const std::string::size_type begin = text.find("<mode>");
     const std::string::size_type end = text.find("</mode>");
     if (begin == std::string::npos || end == std::string::npos) return std::string();
