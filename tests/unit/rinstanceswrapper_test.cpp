@@ -8,7 +8,6 @@
 #include <gtest/gtest.h>
 
 #include <boost/algorithm/string/split.hpp>
-#include <boost/bind/bind.hpp>
 #include <boost/filesystem/operations.hpp>
 #include <boost/lexical_cast.hpp>
 
@@ -54,24 +53,14 @@ private:
     std::vector<RInstance*> pointers;
 };
 
-void Rows(RInstancesWrapper& wrapper, std::vector<unsigned> percents, bool sortable)
-{
-    wrapper.SetRowHeaders(std::vector<std::string>(), percents, sortable);
-}
-
 RInstancesWrapper::WrapCallback RowForm(std::vector<unsigned> percents, bool sortable)
 {
-    return boost::bind(&Rows, boost::placeholders::_1, percents, sortable);
-}
-
-void Columns(RInstancesWrapper& wrapper, unsigned percent, unsigned columns)
-{
-    wrapper.SetColumnHeaders(std::vector<std::string>(), percent, columns);
+    return [percents, sortable](RInstancesWrapper& w) { w.SetRowHeaders(std::vector<std::string>(), percents, sortable); };
 }
 
 RInstancesWrapper::WrapCallback ColumnForm(unsigned percent, unsigned columns)
 {
-    return boost::bind(&Columns, boost::placeholders::_1, percent, columns);
+    return [percent, columns](RInstancesWrapper& w) { w.SetColumnHeaders(std::vector<std::string>(), percent, columns); };
 }
 
 // What a page holds between its title and its bottom.
