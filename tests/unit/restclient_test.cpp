@@ -3,7 +3,6 @@
 #include <cstdio>
 #include <sstream>
 
-#include <boost/bind/bind.hpp>
 #include <boost/json/parse.hpp>
 #include <gtest/gtest.h>
 
@@ -31,11 +30,6 @@ protected:
 
     LoopbackBmc bmc;
     RestClient client;
-};
-
-struct ProgressLog {
-    void Record(std::int64_t total, std::int64_t current) { calls.push_back(std::make_pair(total, current)); }
-    std::vector<std::pair<std::int64_t, std::int64_t> > calls;
 };
 
 }  // namespace
@@ -274,10 +268,10 @@ TEST_F(RestClientTest, MultipartPostsEveryPartAndReportsProgress)
     parts.push_back(boost::shared_ptr<Rest::RestMultipartPart>(new Rest::RestDataPart("Targets", "[]")));
     parts.push_back(boost::shared_ptr<Rest::RestMultipartPart>(
         new Rest::RestDataPart("UpdateFile", image, "application/octet-stream", "fw.bin")));
-    ProgressLog progress;
-    const RestResult result = client.PostMultipart(
-        bmc.Url("/redfish/v1/UpdateService/upload"), parts,
-        boost::bind(&ProgressLog::Record, &progress, boost::placeholders::_1, boost::placeholders::_2));
+    std::vector<std::pair<std::int64_t, std::int64_t> > calls;
+    const RestResult result =
+        client.PostMultipart(bmc.Url("/redfish/v1/UpdateService/upload"), parts,
+                             [&calls](std::int64_t total, std::int64_t now) { calls.emplace_back(total, now); });
     EXPECT_EQ(200, result.httpCode);
     const LoopbackBmc::Request sent = bmc.LastRequest();
     EXPECT_EQ("POST", sent.method);
@@ -286,9 +280,9 @@ TEST_F(RestClientTest, MultipartPostsEveryPartAndReportsProgress)
     EXPECT_NE(std::string::npos, sent.body.find("name=\"UpdateFile\"; filename=\"fw.bin\""));
     EXPECT_NE(std::string::npos, sent.body.find(image));
 
-    ASSERT_FALSE(progress.calls.empty());
+    ASSERT_FALSE(calls.empty());
     bool sawUpload = false;
-    for (const auto& call : progress.calls) {
+    for (const auto& call : calls) {
         EXPECT_LE(call.second, call.first);
         sawUpload = sawUpload || call.first > static_cast<std::int64_t>(image.size());
     }
