@@ -2,6 +2,7 @@
 #include "kestro/repository/rrepository.h"
 #include "kestro/systemtype/systemtype.h"
 #include "support/fixturehost.h"
+#include "support/golden.h"
 #include "support/logcapture.h"
 #include "support/tempdir.h"
 
@@ -16,14 +17,6 @@
 using namespace kestro::repository;
 
 namespace {
-
-// What a repository without records or scan writes.
-const char kEmptyFile[] =
-    "<?xml version=\"1.0\" encoding=\"utf-8\"?>\n"
-    "<kestro>\n"
-    "  <repository/>\n"
-    "  <SCAN/>\n"
-    "</kestro>\n";
 
 std::string Mode(RRepository& repo, const std::string& directory)
 {
@@ -130,7 +123,7 @@ TEST(RRepositoryTest, ModeNoneHasNothingUntilAFileIsRead)
     repo.RunInventory("system");
     EXPECT_TRUE(capture.Has(2, "[repo] Category not correctly initialized, skip this function"));
     ASSERT_TRUE(repo.WriteXML("", dir.Path()));
-    EXPECT_EQ(kEmptyFile, dir.Read("RReport20130707.xml"));
+    EXPECT_TRUE(MatchesGolden("repository/empty.xml", dir.Read("RReport20130707.xml")));
 
     repo.InitDepModules();
     EXPECT_TRUE(capture.Has(1, "[repo] There is NO matching case for mode: ")) << capture.Dump();
@@ -367,5 +360,5 @@ TEST(RRepositoryTest, DeviceScanTakesTheUserOptionsAndLeavesAnEmptyScan)
     EXPECT_EQ(0, capture.Count("Succeed."));
 
     ASSERT_TRUE(repo.WriteXML("scan.xml", host.Dir().Path()));
-    EXPECT_EQ(kEmptyFile, host.Dir().Read("scan.xml"));
+    EXPECT_TRUE(MatchesGolden("repository/empty.xml", host.Dir().Read("scan.xml")));
 }
