@@ -4,7 +4,6 @@
 #include <iomanip>
 #include <sstream>
 
-#include <boost/bind/bind.hpp>
 #include <boost/json/parse.hpp>
 #include <boost/system/system_error.hpp>
 #include <gtest/gtest.h>
@@ -30,10 +29,8 @@ const char* const DOCUMENT = R"({
 })";
 
 struct Visits {
-    void Member(const boost::json::value& member) { names.push_back(Rest::ReadJsonString(member, "/Name")); }
-    void Page(const std::string& next) { pages.push_back(next); }
-    std::vector<std::string> names;
-    std::vector<std::string> pages;
+    std::vector<std::string> names;  // of the members
+    std::vector<std::string> pages;  // next links
 };
 
 // A session to a loopback BMC on the minimal tree, and the members and pages a walk visits.
@@ -52,9 +49,10 @@ protected:
     }
     std::size_t Walk(const std::string& url, Rest::CollectionWalk walk)
     {
-        return Rest::WalkCollection(session, url, walk,
-                                    boost::bind(&Visits::Member, &visits, boost::placeholders::_1),
-                                    boost::bind(&Visits::Page, &visits, boost::placeholders::_1));
+        return Rest::WalkCollection(
+            session, url, walk,
+            [this](const boost::json::value& member) { visits.names.push_back(Rest::ReadJsonString(member, "/Name")); },
+            [this](const std::string& next) { visits.pages.push_back(next); });
     }
 
     LoopbackBmc bmc;
