@@ -277,13 +277,14 @@ TEST(RRepositoryTest, XmlRoundTripKeepsRecordsOrderAndEncodedValues)
     EXPECT_EQ(0, capture.Count("repository_vxmodule"));
 }
 
-TEST(RRepositoryTest, OlderRootAndForeignRootsRead)
+TEST(RRepositoryTest, OlderRootAndForeignRootsReadAndAWideReadOfBytesThatAreNotUtf8Raises)
 {
     TempDir dir;
     LogCapture capture;
     RRepository older(ConnectNone);
     ASSERT_TRUE(older.ReadXML(dir.Write("old.xml",
                                         "<repository>\n  <mode>rhel</mode>\n  <Disk>\n    <display>D</display>\n"
+                                        "    <Model><display>M</display><value>\xff\xfe</value></Model>\n"
                                         "  </Disk>\n</repository>\n"),
                               ""));
     EXPECT_TRUE(capture.Has(3, "[repo] repository is the first node. "));
@@ -291,6 +292,14 @@ TEST(RRepositoryTest, OlderRootAndForeignRootsRead)
     std::vector<RInstance*> disks = older.GetInstances("Disk");
     ASSERT_EQ(1u, disks.size());
     EXPECT_EQ("D", disks[0]->GetDisplay());
+    // A wide read of bytes that are not UTF-8 raises.
+    std::wstring wide;
+    try {
+        disks[0]->GetPropertyValue("Model", wide);
+        ADD_FAILURE() << "no exception";
+    } catch (const std::range_error& e) {
+        EXPECT_STREQ("bad conversion", e.what());
+    }
     older.FreeInstances(disks);
 
     RRepository foreign(ConnectNone);
@@ -321,26 +330,6 @@ TEST(RRepositoryTest, BadFilesAndFoldersLoseNothing)
     EXPECT_EQ(std::vector<std::string>(1, "Processor"), repo.GetCollectedInstanceTypes());
     ASSERT_TRUE(repo.WriteXML("ok.xml", dir.Path()));
     EXPECT_NE(std::string::npos, dir.Read("ok.xml").find("<Processor>"));
-}
-
-TEST(RRepositoryTest, WideReadOfBytesThatAreNotUtf8RaisesBadConversion)
-{
-    TempDir dir;
-    RRepository repo(ConnectNone);
-    ASSERT_TRUE(repo.ReadXML(dir.Write("raw.xml", "<kestro><repository><Disk><display>D</display>"
-                                                  "<Model><display>M</display><value>\xff\xfe</value></Model>"
-                                                  "</Disk></repository></kestro>"),
-                             ""));
-    std::vector<RInstance*> disks = repo.GetInstances("Disk");
-    ASSERT_EQ(1u, disks.size());
-    std::wstring wide;
-    try {
-        disks[0]->GetPropertyValue("Model", wide);
-        ADD_FAILURE() << "no exception";
-    } catch (const std::range_error& e) {
-        EXPECT_STREQ("bad conversion", e.what());
-    }
-    repo.FreeInstances(disks);
 }
 
 TEST(RRepositoryTest, DeviceScanTakesTheUserOptionsAndLeavesAnEmptyScan)
