@@ -59,7 +59,7 @@ TEST(RInstanceTest, DisplayTextWithColonOrLeadingDashIsBlankedForScalarsOnly)
 
 // Values are stored as the default stream writes them; bytes XML cannot carry are encoded,
 // control characters other than tab, carriage return and new line are dropped.
-TEST(RInstanceTest, ValuesAreStoredAsTextXmlCanCarry)
+TEST(RInstanceTest, ValuesAreStoredAsTextXmlCanCarryAndCopiedDeep)
 {
     RInstance instance("T", "T", -1);
     instance.AddProperty("Int", "Int", -42, false);
@@ -103,6 +103,14 @@ TEST(RInstanceTest, ValuesAreStoredAsTextXmlCanCarry)
     instance.AddProperty("WideAscii", "WideAscii", std::wstring(L"plain"), false);
     instance.GetPropertyValue("WideAscii", wide);
     EXPECT_EQ(std::wstring(L"plain"), wide);
+
+    // Copies are deep, by construction and by assignment.
+    RInstance copy(instance);
+    copy.AddProperty("Int", "Int", 1, false);
+    RInstance assigned("C", "C", -1);
+    assigned = instance;
+    EXPECT_EQ("-42", Value(instance, "Int"));
+    EXPECT_EQ("-42", Value(assigned, "Int"));
 }
 
 TEST(RInstanceTest, EncodingMarksOnlyWhatItMust)
@@ -208,18 +216,6 @@ TEST(RInstanceTest, MissingKeysAreLoggedAndAnswerDefaults)
     EXPECT_TRUE(capture.Has(2, "[repo] Cannot get property value: No such node (Nope)")) << capture.Dump();
     EXPECT_TRUE(capture.Has(2, "[repo] Cannot get property values: No such node (Nope)"));
     EXPECT_TRUE(capture.Has(2, "[repo] Cannot get display: No such node (Nope)"));
-}
-
-TEST(RInstanceTest, CopiesAreDeep)
-{
-    RInstance a("A", "A", 1);
-    a.AddProperty("P", "P", 1, false);
-    RInstance b(a);
-    b.AddProperty("P", "P", 2, false);
-    EXPECT_EQ("1", Value(a, "P"));
-    RInstance c("C", "C", -1);
-    c = a;
-    EXPECT_EQ("1", Value(c, "P"));
 }
 
 // A record without an id (-1) writes no <id>; 0 is an id like any other.
