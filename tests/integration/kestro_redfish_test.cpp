@@ -63,7 +63,7 @@ TEST(KestroRedfishTest, InventoryOfABmcWritesItsRecords)
     EXPECT_EQ(std::string::npos, inBand.output.find("  Memory:"));
 }
 
-TEST(KestroRedfishTest, ACABundleIsCheckedByEveryCollector)
+TEST(KestroRedfishTest, ACABundleIsCheckedByEveryCollectorAndAWrongPasswordOrNoBmcFailsTheRun)
 {
     LoopbackBmc bmc(FullBmc());
     bmc.Start();
@@ -88,23 +88,15 @@ TEST(KestroRedfishTest, ACABundleIsCheckedByEveryCollector)
     EXPECT_NE(std::string::npos, untrusted.output.find("Connection failed. no Redfish service answers at 127.0.0.1"))
         << untrusted.output;
     EXPECT_EQ(std::string::npos, untrusted.output.find("  Memory:")) << untrusted.output;
-}
 
-TEST(KestroRedfishTest, AWrongPasswordOrNoBmcFailsTheRun)
-{
-    LoopbackBmc bmc(FullBmc());
-    bmc.Start();
-    TempDir dir;
+    // A wrong password, then no BMC at all, fail the run too.
     const std::string address = "127.0.0.1:" + std::to_string(bmc.Port());
-
     const CommandRun denied =
         RunTool("", "inventory --redfish https://" + std::string(kUser) + ":wrong@" + address + " --output " +
                         dir.Path() + "/denied");
     EXPECT_EQ(13, denied.status) << denied.output;
     EXPECT_NE(std::string::npos, dir.Read("denied/kestro.log").find("error code is 401"));
     EXPECT_FALSE(boost::filesystem::exists(dir.Path() + "/denied/inventory.xml"));
-
-    const std::string url = "https://" + std::string(kUser) + ":" + kPassword + "@" + address;
     bmc.Stop();
     const CommandRun gone = RunTool("", "inventory --redfish " + url + " --output " + dir.Path() + "/gone");
     EXPECT_EQ(13, gone.status) << gone.output;
