@@ -43,22 +43,16 @@ void AddRecords(kestro::repository::RRepository& repo, int count)
 
 }  // namespace
 
-TEST(AtomicFileTest, ReplacesARegularFileOrNothing)
+TEST(AtomicFileTest, ARegularFileIsReplacedWhatCannotBeStaysAndNoTemporaryFileIsLeft)
 {
     TempDir dir;
-    const std::string target = dir.Path() + "/page.html";
+    const std::string page = dir.Path() + "/page.html";
     for (const char* content : {"a longer first content", "short", ""}) {
         boost::system::error_code error;
-        EXPECT_TRUE(AtomicFile::Write(target, content, error)) << error.message();
+        EXPECT_TRUE(AtomicFile::Write(page, content, error)) << error.message();
         EXPECT_EQ(content, dir.Read("page.html"));
     }
-    EXPECT_EQ(dir.Path() + "/.page.html.tmp-" + std::to_string(getpid()), AtomicFile::TemporaryPath(target));
-    EXPECT_EQ(0, TemporaryFiles(dir.Path()));
-}
-
-TEST(AtomicFileTest, WhatCannotBeReplacedStaysAndLeavesNoTemporaryFile)
-{
-    TempDir dir;
+    EXPECT_EQ(dir.Path() + "/.page.html.tmp-" + std::to_string(getpid()), AtomicFile::TemporaryPath(page));
     const struct {
         const char* name;
         std::function<std::string()> target;
