@@ -6,8 +6,6 @@
 
 #include <boost/filesystem/operations.hpp>
 
-#include <fstream>
-#include <iterator>
 #include <string>
 
 // The built tool when a file of its output cannot be written: what was gathered still reaches
@@ -18,12 +16,6 @@ namespace {
 CommandRun RunTool(const std::string& arguments, const std::string& root)
 {
     return RunCommand("KESTRO_ROOT='" + root + "' '" KESTRO_TOOL_PATH "' " + arguments + " 2>&1");
-}
-
-std::string ReadFile(const std::string& path)
-{
-    std::ifstream in(path.c_str(), std::ios::binary);
-    return std::string((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
 }
 
 const char kInventory[] =

@@ -32,7 +32,12 @@ std::string TempDir::Write(const std::string& relative, const std::string& conte
 
 std::string TempDir::Read(const std::string& relative) const
 {
-    std::ifstream in((boost::filesystem::path(path) / relative).string().c_str(), std::ios::binary);
+    return ReadFile((boost::filesystem::path(path) / relative).string());
+}
+
+std::string ReadFile(const std::string& path)
+{
+    std::ifstream in(path.c_str(), std::ios::binary);
     std::ostringstream content;
     content << in.rdbuf();
     return content.str();

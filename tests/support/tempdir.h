@@ -19,6 +19,9 @@ private:
     std::string path;
 };
 
+// The whole file at `path`; empty when it cannot be read.
+std::string ReadFile(const std::string& path);
+
 // Sets an environment variable while it lives and restores the old value after.
 class ScopedEnv {
 public:

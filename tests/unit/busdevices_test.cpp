@@ -4,6 +4,7 @@
 #include "xmodule/linux/usbdevices.h"
 
 #include "support/fixturehost.h"
+#include "support/golden.h"
 #include "support/logcapture.h"
 #include "support/pcifixture.h"
 #include "support/sysfsfixture.h"
@@ -65,13 +66,7 @@ TEST(PciDevicesTest, ReadsFunctionsInAddressOrderNamesThemAndListsAllButDisplays
     for (const auto& d : devices)
         seen << d.DeviceName << " | " << d.DeviceID << " | " << d.VendorInfo << " | " << d.Description << " | "
              << d.Class << "\n";
-    EXPECT_EQ("2021 | 0000:00:00.0 [8086:2021] | Intel Corporation | Driver: none; Subsystem: Dell [1028:0716];"
-              " Revision: 04 | Host bridge\n"
-              "C620 Series Chipset Family SATA Controller [AHCI mode] | 0000:00:17.0 [8086:a182] | Intel Corporation"
-              " | Driver: ahci; Subsystem: Dell [1028:0716]; Revision: 09 | SATA controller\n"
-              "NetXtreme BCM5720 Gigabit Ethernet PCIe | 0000:19:00.0 [14e4:165f] | Broadcom Inc. and subsidiaries"
-              " | Driver: tg3; Subsystem: Dell [1028:04f7]; Revision: 00 | Ethernet controller\n",
-              seen.str());
+    EXPECT_TRUE(MatchesGolden("devices/pci_other.txt", seen.str()));
     EXPECT_EQ(1, log.Count("PCI function 0000:ff:00.0 left out")) << log.Dump();
 }
 
@@ -156,14 +151,7 @@ TEST(UsbDevicesTest, ListsHubsAndDevicesByBusAndPort)
     for (const auto& d : devices)
         seen << d.VendorID << ":" << d.USBDeviceID << " | " << d.Manufacturer << " | " << d.Description << " | "
              << d.Speed << "\n";
-    EXPECT_EQ("xHCI Host Controller (Linux 6.1.0-18-amd64 xhci-hcd) | 2\n"
-              "Hub (Genesys Logic, Inc.) | 4\n"
-              "xHCI Host Controller (Linux 6.1.0-18-amd64 xhci-hcd) | 2\n"
-              "046d:c31c | Logitech, Inc. | USB Keyboard | 1.5 Mbit/s (Low Speed)\n"
-              "0781:5583 | SanDisk | Ultra Fit | 480 Mbit/s (High Speed)\n"
-              "0557:2419 | N/A | N/A | 12 Mbit/s (Full Speed)\n"
-              "0bda:8153 | Realtek | USB 10/100/1000 LAN | 5000 Mbit/s (SuperSpeed)\n",
-              seen.str());
+    EXPECT_TRUE(MatchesGolden("devices/usb.txt", seen.str()));
     EXPECT_EQ(1, log.Count("USB device 2-2 has no readable idVendor")) << log.Dump();
 }
 

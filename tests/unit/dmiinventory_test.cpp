@@ -3,6 +3,7 @@
 
 #include "kestro/xmodule/unreadable.h"
 #include "support/fixturehost.h"
+#include "support/golden.h"
 #include "support/logcapture.h"
 #include "support/serverhost.h"
 #include "support/smbiosbuilder.h"
@@ -84,6 +85,19 @@ Inventory Collect()
     return got;
 }
 
+// The inventory as text, a line per entry after the name of its list; golden files hold what each host gives.
+std::string Text(const Inventory& got)
+{
+    std::string text = std::string("whitley: ") + (got.whitley ? "yes" : "no") + "\n";
+    const std::pair<const char*, const Lines*> lists[] = {{"system", &got.systems}, {"cpu", &got.processors},
+                                                          {"dimm", &got.memory},    {"card", &got.cards},
+                                                          {"fan", &got.fans},       {"power", &got.power},
+                                                          {"note", &got.notes}};
+    for (const auto& list : lists)
+        for (const std::string& line : *list.second) text += std::string(list.first) + ": " + line + "\n";
+    return text;
+}
+
 }  // namespace
 
 TEST(DmiInventoryTest, TwoSocketServerAsRootSeesIt)
@@ -94,26 +108,7 @@ TEST(DmiInventoryTest, TwoSocketServerAsRootSeesIt)
     host.Dir().Write("sys/devices/system/cpu/cpu1/topology/ppin", "0x2a5d0c1f3e7b9a41\n");
     host.Dir().Write("sys/devices/system/cpu/cpu2/topology/ppin", "0x7c13e58f02d4b6a9\n");
 
-    const Inventory got = Collect();
-    EXPECT_EQ(Lines({"Lenovo|ThinkSystem SR650 V2|7Z73CTO1WW|J30ABCDE|12345678-1234-5678-1234-56789abcdef0|06|0"}), got.systems);
-    EXPECT_EQ(Lines({"CPU1 (32 cores, 64 threads)|Intel(R) Corporation|Intel(R) Xeon(R) Gold 6338 CPU @ 2.00GHz|6|2000|"
-                     "CPU Enabled|Yes|Enabled|Write Back|Yes|Write Back|Yes|Write Back|Yes|0x2a5d0c1f3e7b9a41",
-                     "CPU2 (32 cores, 64 threads)|Intel(R) Corporation|Intel(R) Xeon(R) Gold 6338 CPU @ 2.00GHz|6|2000|"
-                     "CPU Enabled|Yes|Enabled|N/A|Yes|N/A|Yes|N/A|Yes|0x7c13e58f02d4b6a9"}),
-              got.processors);
-    EXPECT_EQ(Lines({"CPU1_DIMM_A1|NODE 1|32 GiB|DDR4|3200|Multi-bit ECC|Samsung|M393A4K40DB3-CWE|03A1B2C3",
-                     "CPU2_DIMM_B1|NODE 1|64 GiB|DDR4|3200|Multi-bit ECC|SK Hynix|HMAA8GR7AJR4N-XN|2F5E7A11"}),
-              got.memory);
-    EXPECT_EQ(Lines({"BIOS (2023-03-15)|Lenovo|U8E122J-1.51|N/A", "Baseboard: 7X07 (Motherboard)|Lenovo|05|L1HF1AB00XY",
-                     "Chassis: Rack Mount Chassis|Lenovo|N/A|J30ABCDE",
-                     "Slot: PCI Express 4 x16 (SLOT 1, In Use, 0000:17:00.0)|N/A|N/A|N/A",
-                     "Slot: PCI Express 3 x16 (SLOT 2, Available)|N/A|N/A|N/A",
-                     "Onboard: Ethernet (NIC1, Enabled, 0000:01:00.0)|N/A|N/A|N/A"}),
-              got.cards);
-    EXPECT_EQ(Lines({"Fan 1|OK|12000", "Chip Fan 2|Critical|N/A"}), got.fans);
-    EXPECT_EQ(Lines({"PSU1|OK|1100", "PSU2|Not Present|N/A"}), got.power);
-    EXPECT_TRUE(got.whitley);
-    EXPECT_EQ(Lines(), got.notes);
+    EXPECT_TRUE(MatchesGolden("dmi/two_socket_root.txt", Text(Collect())));
 }
 
 TEST(DmiInventoryTest, DamagedTableWithoutEntryPointGivesWhatPrecedesTheDamage)
@@ -125,13 +120,9 @@ TEST(DmiInventoryTest, DamagedTableWithoutEntryPointGivesWhatPrecedesTheDamage)
     boost::filesystem::remove(host.Dir().Path() + "/sys/firmware/dmi/tables/smbios_entry_point");
 
     LogCapture log;
-    const Inventory got = Collect();
+    EXPECT_TRUE(MatchesGolden("dmi/damaged_table.txt", Text(Collect())));
     EXPECT_EQ(1, log.Count("[repo] SMBIOS table is cut short or damaged")) << log.Dump();
     EXPECT_EQ(1, log.Count("[repo] No usable SMBIOS entry point; the table is read as version 3.3")) << log.Dump();
-    EXPECT_EQ(Lines({"Lenovo|ThinkSystem SR650 V2|7Z73CTO1WW|J30ABCDE|12345678-1234-5678-1234-56789abcdef0|06|0"}), got.systems);
-    EXPECT_EQ(Lines({"CPU1_DIMM_A1|NODE 1|32 GiB|DDR4|3200|Multi-bit ECC|Samsung|M393A4K40DB3-CWE|03A1B2C3"}), got.memory);
-    EXPECT_EQ(2u, got.processors.size());
-    EXPECT_EQ(Lines(), got.fans);
 }
 
 TEST(DmiInventoryTest, NormalUserFallsBackToDmiIdUdevAndCpuinfo)
@@ -145,27 +136,7 @@ TEST(DmiInventoryTest, NormalUserFallsBackToDmiIdUdevAndCpuinfo)
     WriteDmiId(host.Dir());
     host.Dir().Write("run/udev/data/+dmi:id", kUdevDmiRecord);
 
-    const Inventory got = Collect();
-    EXPECT_EQ(Lines({"Lenovo|ThinkSystem SR650 V2|7Z73CTO1WW|N/A|N/A|06|0"}), got.systems);
-    EXPECT_EQ(Lines({"CPU 1 (2 cores, 4 threads)|Intel|Intel(R) Xeon(R) Gold 6338 CPU @ 2.00GHz|6|2000|CPU Enabled|Yes|"
-                     "Enabled|N/A|Yes|Write Back|Yes|N/A|Yes|N/A",
-                     "CPU 2 (2 cores, 4 threads)|Intel|Intel(R) Xeon(R) Gold 6338 CPU @ 2.00GHz|6|2000|CPU Enabled|Yes|"
-                     "Enabled|N/A|Yes|N/A|Yes|N/A|Yes|N/A"}),
-              got.processors);
-    EXPECT_EQ(Lines({"CPU1_DIMM_A1|NODE 1|32 GiB|DDR4|3200|Multi-bit ECC|Samsung|M393A4K40DB3-CWE|03A1B2C3",
-                     "CPU2_DIMM_B1|N/A|64 GiB|DDR4|N/A|Multi-bit ECC|SK Hynix|HMAA8GR7AJR4N-XN|N/A"}),
-              got.memory);
-    EXPECT_EQ(Lines({"BIOS (2023-03-15)|Lenovo|U8E122J-1.51|N/A", "Baseboard: 7X07|Lenovo|05|N/A",
-                     "Chassis: Rack Mount Chassis|Lenovo|N/A|N/A"}),
-              got.cards);
-    EXPECT_EQ(Lines(), got.fans);
-    EXPECT_EQ(Lines(), got.power);
-    EXPECT_EQ(Lines({"/sys/firmware/dmi/tables/DMI: not a regular file; run as root for serial numbers, DIMMs, slots, "
-                     "fans and power supplies",
-                     "/sys/class/dmi/id (serial numbers, UUID): not a regular file; run as root to read them",
-                     "/sys/devices/system/cpu/cpu*/topology/ppin: not a regular file; run as root for processor serial "
-                     "numbers (PPIN)"}),
-              got.notes);
+    EXPECT_TRUE(MatchesGolden("dmi/normal_user.txt", Text(Collect())));
 }
 
 TEST(DmiInventoryTest, VirtualMachineWithoutAnyDmiStillListsItsProcessor)
@@ -178,18 +149,7 @@ TEST(DmiInventoryTest, VirtualMachineWithoutAnyDmiStillListsItsProcessor)
         host.Dir().Write(std::string("sys/devices/system/memory/") + block + "/state",
                          block == std::string("memory1") ? "offline\n" : "online\n");
 
-    const Inventory got = Collect();
-    EXPECT_EQ(Lines(), got.systems);
-    EXPECT_EQ(Lines({"CPU 1 (2 cores, 2 threads)|Intel|Intel(R) Xeon(R) Processor|6|2600|CPU Enabled|N/A|Disabled|"
-                     "N/A|Yes|N/A|Yes|N/A|Yes|N/A"}),
-              got.processors);
-    EXPECT_EQ(Lines({"System Memory|N/A|256 MiB|N/A|N/A|N/A|N/A|N/A|N/A"}), got.memory);
-    EXPECT_EQ(Lines(), got.cards);
-    EXPECT_FALSE(got.whitley);
-    EXPECT_EQ(Lines({"/sys/firmware/dmi/tables/DMI: No such file or directory; the firmware gives the kernel no SMBIOS table",
-                     "/sys/class/dmi/id: missing; the firmware gives the kernel no DMI data",
-                     "udev's DMI record (+dmi:id): absent or without memory devices; memory modules are not listed"}),
-              got.notes);
+    EXPECT_TRUE(MatchesGolden("dmi/virtual_machine.txt", Text(Collect())));
 }
 
 TEST(DmiInventoryTest, CpuinfoGivesOneEntryPerProcessorLine)

@@ -151,7 +151,7 @@ TEST(KestroResultTest, TablesHoldEveryRow)
 }
 
 // The following tests add rows of their own; categories from 30000 up hold no real row.
-TEST(KestroResultTest, RegisteringAgainReplacesTheWords)
+TEST(KestroResultTest, RegisteringAgainReplacesTheWordsAndTheGenericTableIsAskedFirst)
 {
     const std::uint32_t first = RegisterResult(30001, 7, "First words.");
     EXPECT_EQ(PackResult(30001, 7), first);
@@ -160,10 +160,7 @@ TEST(KestroResultTest, RegisteringAgainReplacesTheWords)
     EXPECT_EQ("Second words.", Lookup(first));
     EXPECT_EQ("7 Second words.", Print(KestroResult(first)));
     EXPECT_EQ(kUnknowError, Lookup(PackResult(30001, 8)));
-}
 
-TEST(KestroResultTest, GenericTableIsAskedFirstAndTheCategoryShiftKeepsTheSign)
-{
     // 0xFFFF in the high half is both category 65535 and category -1 (a generic row).
     const std::uint32_t inner = RegisterResult(0xFFFF, 9, "Inner row.");
     EXPECT_EQ(0xFFFF0009u, inner);

@@ -60,7 +60,7 @@ TEST(LogmgrRedfishCFCTest, ParsesAnEntryAndSplitsItsTimeStamp)
 }
 
 // The module tests read the other services page by page; the SEL has no module of its own.
-TEST(LogmgrRedfishCFCTest, ReadsALogServicePageByPageAndAddsToTheRecordsGiven)
+TEST(LogmgrRedfishCFCTest, ReadsALogServicePageByPageAndAddsToTheRecordsGivenOrGivesTheFailuresCode)
 {
     RCFCTarget target("full");
     target.Bmc().SetPageSize(1);
@@ -70,16 +70,11 @@ TEST(LogmgrRedfishCFCTest, ReadsALogServicePageByPageAndAddsToTheRecordsGiven)
     EXPECT_EQ((std::vector<std::string>{"1", "2"}), Ids(records));
     EXPECT_EQ(LogmgrRedfishCFC::Success, reader.GetSystemBiosLog(records));
     EXPECT_EQ((std::vector<std::string>{"1", "2", "1", "2", "3", "4"}), Ids(records));
-}
 
-TEST(LogmgrRedfishCFCTest, AFailedOrBadAnswerGivesItsCodeAndNoRecords)
-{
-    RCFCTarget target("full");
+    // A failed or bad answer gives its code and no records.
+    records.clear();
     target.Bmc().SetPageSize(2);
     LogCapture capture;
-    LogmgrRedfishCFC reader(target.Connection());
-    std::vector<SELREDFISHDATACFC> records;
-
     target.Bmc().SetRawResponse("/redfish/v1/Systems/1/LogServices/BIOSLog/Entries",
                                 "HTTP/1.1 200 OK\r\nContent-Type: application/json\r\nContent-Length: 9\r\n"
                                 "Connection: close\r\n\r\n{\"Members");

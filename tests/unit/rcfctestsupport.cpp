@@ -11,9 +11,6 @@
 #include <boost/algorithm/string/replace.hpp>
 
 #include <algorithm>
-#include <cstdlib>
-#include <fstream>
-#include <iterator>
 #include <regex>
 
 using kestro::repository::RInstance;
@@ -56,13 +53,11 @@ void RCFCTarget::UseCredentials(const std::string& user, const std::string& pass
     repo.SetRestConnectionList(std::vector<XModule::ConnectionInfo>(1, connection));
 }
 
-void RCFCTarget::Run(kestro::repository::RModule& module, const std::string& type) { module.EnumInstances(type, repo); }
-
 void RCFCTarget::RunEveryType(kestro::repository::RModule& module)
 {
     std::vector<std::string> types;
     module.EnumTypes(types);
-    for (const std::string& type : types) Run(module, type);
+    for (const std::string& type : types) module.EnumInstances(type, repo);
 }
 
 std::string RCFCTarget::Url(const std::string& path) const { return bmc->BaseUrl() + path; }

@@ -28,7 +28,6 @@ public:
     XModule::ConnectionInfo Connection();
     // Replaces the repository's connection by one with these credentials.
     void UseCredentials(const std::string& user, const std::string& password);
-    void Run(kestro::repository::RModule& module, const std::string& type);
     // Runs every type the module lists, in the order it lists them.
     void RunEveryType(kestro::repository::RModule& module);
     // "http://127.0.0.1:<port>" + path.

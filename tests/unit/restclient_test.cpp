@@ -3,7 +3,6 @@
 #include <cstdio>
 #include <sstream>
 
-#include <boost/bind/bind.hpp>
 #include <boost/json/parse.hpp>
 #include <gtest/gtest.h>
 
@@ -33,23 +32,21 @@ protected:
     RestClient client;
 };
 
-struct ProgressLog {
-    void Record(std::int64_t total, std::int64_t current) { calls.push_back(std::make_pair(total, current)); }
-    std::vector<std::pair<std::int64_t, std::int64_t> > calls;
-};
-
 }  // namespace
 
-TEST_F(RestClientTest, GetReturnsBodyStatusHeadersAndSendsTheFixedUserAgent)
+TEST_F(RestClientTest, GetReturnsBodyStatusHeadersAndCookiesAndSendsTheFixedUserAgent)
 {
+    bmc.AddResponseHeader("Set-Cookie", "QSESSIONID=abc123; Path=/");
     const RestResult result = client.Get(bmc.Url("/redfish/v1"));
     EXPECT_EQ(0, result.curlCode);
     EXPECT_EQ(200, result.httpCode);
     EXPECT_EQ(MinimalBmcDocument("/redfish/v1"), result.body);
-    EXPECT_EQ("present", result.headers.at("HTTP/1.1 200 OK"));
     EXPECT_EQ("application/json", result.headers.at("Content-Type"));
-    EXPECT_EQ(0u, result.headers.count(""));
+    ASSERT_EQ(1u, result.cookies.size());
+    EXPECT_NE(std::string::npos, result.cookies[0].find("QSESSIONID\tabc123")) << result.cookies[0];
     EXPECT_EQ("OQCE_KESTRO", bmc.LastRequest().headers["user-agent"]);
+    // Gzip is asked for only when enabled (GzipIsAskedForWhenEnabled).
+    EXPECT_EQ(0u, bmc.LastRequest().headers.count("accept-encoding"));
     EXPECT_EQ("GET", bmc.LastRequest().method);
 
     const RestResult missing = client.Get(bmc.Url("/redfish/v1/Nothing"));
@@ -160,20 +157,12 @@ TEST_F(RestClientTest, HeadersGoOutInKeyOrderAndComeBackTrimmed)
     EXPECT_EQ(3u, client.GetHeaders().size());
 
     bmc.AddResponseHeader("X-Spaced", "   padded value   ");
-    RestResult result = client.Get(bmc.Url("/redfish/v1"));
+    const RestResult result = client.Get(bmc.Url("/redfish/v1"));
     const LoopbackBmc::Request sent = bmc.LastRequest();
     EXPECT_EQ("application/json", sent.headers.at("accept"));
     EXPECT_EQ("2", sent.headers.at("x-old"));
     EXPECT_EQ("4.0", sent.headers.at("odata-version"));
     EXPECT_EQ("padded value", result.headers.at("X-Spaced"));
-
-    // Blanks around a name and a value, and a status line, as some BMCs send them.
-    bmc.SetRawResponse("/raw", "HTTP/1.1 200 OK \r\nX-Name  :  v  \r\nContent-Length: 2\r\n\r\nok");
-    result = client.Get(bmc.Url("/raw"));
-    EXPECT_EQ(0, result.curlCode) << result.body;
-    EXPECT_EQ("ok", result.body);
-    EXPECT_EQ("v", result.headers["X-Name"]);
-    EXPECT_EQ("present", result.headers["HTTP/1.1 200 OK"]);
 }
 
 TEST_F(RestClientTest, CredentialsGoWithEveryRequestOnlyWhenAUserIsSet)
@@ -256,25 +245,13 @@ TEST_F(RestClientTest, TimeOutsRefusalsAndBrokenLinksComeBackAsCurlErrors)
     EXPECT_FALSE(result.body.empty());
 }
 
-TEST_F(RestClientTest, GzipIsAskedForOnlyWhenEnabled)
+TEST_F(RestClientTest, GzipIsAskedForWhenEnabled)
 {
-    RestResult result = client.Get(bmc.Url("/redfish/v1/Chassis/1"));
-    EXPECT_EQ(0u, bmc.LastRequest().headers.count("accept-encoding"));
-    EXPECT_EQ(0u, result.headers.count("Content-Encoding"));
-
     EXPECT_EQ(0, client.EnableGzip());
-    result = client.Get(bmc.Url("/redfish/v1/Chassis/1"));
+    const RestResult result = client.Get(bmc.Url("/redfish/v1/Chassis/1"));
     EXPECT_EQ("gzip", bmc.LastRequest().headers["accept-encoding"]);
-    EXPECT_EQ("gzip", result.headers["Content-Encoding"]);
+    EXPECT_EQ("gzip", result.headers.at("Content-Encoding"));
     EXPECT_EQ(MinimalBmcDocument("/redfish/v1/Chassis/1"), result.body);
-}
-
-TEST_F(RestClientTest, CookiesOfTheAnswerAreListed)
-{
-    bmc.AddResponseHeader("Set-Cookie", "QSESSIONID=abc123; Path=/");
-    const RestResult result = client.Get(bmc.Url("/redfish/v1"));
-    ASSERT_EQ(1u, result.cookies.size());
-    EXPECT_NE(std::string::npos, result.cookies[0].find("QSESSIONID\tabc123")) << result.cookies[0];
 }
 
 TEST_F(RestClientTest, MultipartPostsEveryPartAndReportsProgress)
@@ -284,10 +261,10 @@ TEST_F(RestClientTest, MultipartPostsEveryPartAndReportsProgress)
     parts.push_back(boost::shared_ptr<Rest::RestMultipartPart>(new Rest::RestDataPart("Targets", "[]")));
     parts.push_back(boost::shared_ptr<Rest::RestMultipartPart>(
         new Rest::RestDataPart("UpdateFile", image, "application/octet-stream", "fw.bin")));
-    ProgressLog progress;
-    const RestResult result = client.PostMultipart(
-        bmc.Url("/redfish/v1/UpdateService/upload"), parts,
-        boost::bind(&ProgressLog::Record, &progress, boost::placeholders::_1, boost::placeholders::_2));
+    std::vector<std::pair<std::int64_t, std::int64_t> > calls;
+    const RestResult result =
+        client.PostMultipart(bmc.Url("/redfish/v1/UpdateService/upload"), parts,
+                             [&calls](std::int64_t total, std::int64_t now) { calls.emplace_back(total, now); });
     EXPECT_EQ(200, result.httpCode);
     const LoopbackBmc::Request sent = bmc.LastRequest();
     EXPECT_EQ("POST", sent.method);
@@ -296,9 +273,9 @@ TEST_F(RestClientTest, MultipartPostsEveryPartAndReportsProgress)
     EXPECT_NE(std::string::npos, sent.body.find("name=\"UpdateFile\"; filename=\"fw.bin\""));
     EXPECT_NE(std::string::npos, sent.body.find(image));
 
-    ASSERT_FALSE(progress.calls.empty());
+    ASSERT_FALSE(calls.empty());
     bool sawUpload = false;
-    for (const auto& call : progress.calls) {
+    for (const auto& call : calls) {
         EXPECT_LE(call.second, call.first);
         sawUpload = sawUpload || call.first > static_cast<std::int64_t>(image.size());
     }

@@ -4,7 +4,6 @@
 #include <gtest/gtest.h>
 
 #include "support/minimalbmc.h"
-#include "support/tempdir.h"
 
 using Rest::RestResult;
 using Rest::RestSession;
@@ -119,28 +118,4 @@ TEST(RestSessionTest, FetchUrlReachesAnIpv6Bmc)
     Rest::FetchUrl(session, result, "/redfish/v1/Chassis/1", 0);
     EXPECT_EQ(200, result.httpCode);
     EXPECT_NE(std::string::npos, result.body.find("CH-42"));
-}
-
-TEST(RestSessionTest, ACaFileOnTheConnectionChecksTheBmcCertificate)
-{
-    LoopbackBmc::Options options = MinimalBmcOptions();
-    options.https = true;
-    LoopbackBmc trusted(options);
-    trusted.Start();
-    LoopbackBmc stranger(options);
-    stranger.Start();
-    TempDir dir;
-    ConnectionInfo connection = Connection("127.0.0.1", 1, trusted.Port(), false);
-    connection.caFile = dir.Write("bmc.pem", trusted.CertificatePem());
-
-    RestSession session = Rest::MakeRestSession(connection);
-    RestResult result;
-    Rest::FetchUrl(session, result, "/redfish/v1", 0);
-    EXPECT_EQ(200, result.httpCode);
-
-    // Another BMC's own certificate is not signed by that bundle, so the check refuses it.
-    connection.port = stranger.Port();
-    RestSession refused = Rest::MakeRestSession(connection);
-    EXPECT_EQ(-1, refused.client.Get(refused.baseUrl + "/redfish/v1").httpCode);
-    EXPECT_EQ(0u, stranger.RequestCount());
 }

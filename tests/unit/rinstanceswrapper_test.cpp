@@ -8,7 +8,6 @@
 #include <gtest/gtest.h>
 
 #include <boost/algorithm/string/split.hpp>
-#include <boost/bind/bind.hpp>
 #include <boost/filesystem/operations.hpp>
 #include <boost/lexical_cast.hpp>
 
@@ -54,24 +53,14 @@ private:
     std::vector<RInstance*> pointers;
 };
 
-void Rows(RInstancesWrapper& wrapper, std::vector<unsigned> percents, bool sortable)
-{
-    wrapper.SetRowHeaders(std::vector<std::string>(), percents, sortable);
-}
-
 RInstancesWrapper::WrapCallback RowForm(std::vector<unsigned> percents, bool sortable)
 {
-    return boost::bind(&Rows, boost::placeholders::_1, percents, sortable);
-}
-
-void Columns(RInstancesWrapper& wrapper, unsigned percent, unsigned columns)
-{
-    wrapper.SetColumnHeaders(std::vector<std::string>(), percent, columns);
+    return [percents, sortable](RInstancesWrapper& w) { w.SetRowHeaders(std::vector<std::string>(), percents, sortable); };
 }
 
 RInstancesWrapper::WrapCallback ColumnForm(unsigned percent, unsigned columns)
 {
-    return boost::bind(&Columns, boost::placeholders::_1, percent, columns);
+    return [percent, columns](RInstancesWrapper& w) { w.SetColumnHeaders(std::vector<std::string>(), percent, columns); };
 }
 
 // What a page holds between its title and its bottom.
@@ -159,7 +148,7 @@ TEST(RInstancesWrapperTest, FormsWriteTheirTables)
     }
 }
 
-TEST(RInstancesWrapperTest, FiltersAndNumericSortKeys)
+TEST(RInstancesWrapperTest, FiltersNumericSortKeysAndNothingToWrite)
 {
     Records records;
     const char* const disks[][2] = {{"sda", "10"}, {"nvme0", "9"}, {"sdc", "+10"}};
@@ -178,35 +167,30 @@ TEST(RInstancesWrapperTest, FiltersAndNumericSortKeys)
     EXPECT_NE(std::string::npos, body.find("nvme0"));
     EXPECT_EQ(std::string::npos, body.find("sda"));
 
+    // Nothing to write gives false: all filtered out, no records, no headers.
     RInstancesWrapper none("Disk", records.All(), RowForm({50, 50}, true));
     none.AddFilter("Name", "", false);
     bool written = true;
     EXPECT_EQ("", WrittenBody(dir, none, &written));
     EXPECT_FALSE(written);
+    LogCapture capture;
+    const RInstancesWrapper empty("Disk", std::vector<RInstance*>(), RowForm({100}, false));
+    written = true;
+    EXPECT_EQ("", WrittenBody(dir, empty, &written));
+    EXPECT_FALSE(written);
+    EXPECT_TRUE(capture.Has(2, "[repo] Data is empty for type: Disk"));
+    Records bare;
+    bare.Add("Bare", "Bare", {});
+    const RInstancesWrapper headerless("Bare", bare.All(), RowForm({100}, false));
+    EXPECT_EQ("", WrittenBody(dir, headerless, &written));
+    EXPECT_TRUE(capture.Has(2, "[repo] Data header is empty for type: Bare"));
+    EXPECT_THROW(RInstancesWrapper("Disk", bare.All(), RInstancesWrapper::WrapCallback()), boost::bad_function_call);
 
     records.Add("Disk", "Disks", Disk("text", "abc"));
     RInstancesWrapper broken("Disk", records.All(), RowForm({50, 50}, true));
     broken.AddSorter("Size", false);
     RInstancesHTMLWriter writer(dir.Path(), "broken", "Broken");
     EXPECT_THROW(broken.WriteReport(writer), boost::bad_lexical_cast);
-}
-
-TEST(RInstancesWrapperTest, NothingToWriteGivesFalse)
-{
-    TempDir dir;
-    LogCapture capture;
-    const RInstancesWrapper empty("Disk", std::vector<RInstance*>(), RowForm({100}, false));
-    bool written = true;
-    EXPECT_EQ("", WrittenBody(dir, empty, &written));
-    EXPECT_FALSE(written);
-    EXPECT_TRUE(capture.Has(2, "[repo] Data is empty for type: Disk"));
-
-    Records records;
-    records.Add("Bare", "Bare", {});
-    const RInstancesWrapper headerless("Bare", records.All(), RowForm({100}, false));
-    EXPECT_EQ("", WrittenBody(dir, headerless, &written));
-    EXPECT_TRUE(capture.Has(2, "[repo] Data header is empty for type: Bare"));
-    EXPECT_THROW(RInstancesWrapper("Disk", records.All(), RInstancesWrapper::WrapCallback()), boost::bad_function_call);
 }
 
 namespace {

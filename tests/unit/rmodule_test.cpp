@@ -39,7 +39,7 @@ private:
 
 }  // namespace
 
-TEST(RModuleTest, RegistersLazilyOnceAndListsTypesSorted)
+TEST(RModuleTest, RegistersLazilyOnceListsTypesSortedAndLogsUnknownTypes)
 {
     CountingModule module;
     EXPECT_EQ(0, module.initCalls);
@@ -51,12 +51,9 @@ TEST(RModuleTest, RegistersLazilyOnceAndListsTypesSorted)
     EXPECT_EQ(1, module.initCalls);
     EXPECT_EQ(CaseRhel, module.seenCase);
     EXPECT_EQ((std::vector<std::string>{"Alpha", "NoEnum", "Zeta", "Alpha", "NoEnum", "Zeta"}), types);
-}
 
-TEST(RModuleTest, UnknownTypesAreLoggedForEnumAndSilentForWrap)
-{
+    // Unknown types are logged for enumeration and silent for wrapping.
     RRepository repo(ConnectNone);
-    CountingModule module;
     LogCapture capture;
     EXPECT_TRUE(module.FindWrapCallback("Alpha").empty());
     EXPECT_TRUE(module.FindWrapCallback("Other").empty());

@@ -33,7 +33,7 @@ bool Exists(const std::string& path) { return boost::filesystem::exists(path); }
 
 }  // namespace
 
-TEST(RReportSiteTest, PagesFollowTheGroupDecisionTable)
+TEST(RReportSiteTest, PagesFollowTheGroupDecisionTableTheDataFolderIsKeptAndFailuresAreReported)
 {
     FixtureHost host("ID=rhel\n");
     const std::string site = PrepareHome(host);
@@ -61,19 +61,13 @@ TEST(RReportSiteTest, PagesFollowTheGroupDecisionTable)
         EXPECT_EQ(file == std::string("e.gif") ? "" : file, host.Dir().Read(std::string("site/data/") + file));
     EXPECT_FALSE(Exists(site + "/data/e.gif"));
     EXPECT_TRUE(capture.Has(4, "[repo] boost::filesystem::copy_file, the error code is system:2")) << capture.Dump();
-}
 
-TEST(RReportSiteTest, DataFolderIsKeptAndFailuresAreReported)
-{
-    FixtureHost host("ID=rhel\n");
-    const std::string site = PrepareHome(host);
-    RRepository repo(ConnectLocal);
-    ASSERT_TRUE(repo.WriteHTML(site));
+    // A data folder already there is kept as it is.
     boost::filesystem::remove(site + "/data/repository.css");
     ASSERT_TRUE(repo.WriteHTML(site));
     EXPECT_FALSE(Exists(site + "/data/repository.css"));
 
-    LogCapture capture;
+    // Failures are reported.
     EXPECT_FALSE(repo.WriteHTML(site + "/index.html"));
     EXPECT_TRUE(capture.Has(1, "[repo] Directory not exist: " + site + "/index.html"));
 

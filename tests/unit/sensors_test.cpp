@@ -2,6 +2,7 @@
 #include "xmodule/linux/powersupplies.h"
 
 #include "support/fixturehost.h"
+#include "support/golden.h"
 #include "support/logcapture.h"
 #include "support/sysfsfixture.h"
 
@@ -61,33 +62,13 @@ TEST(SensorsTest, ListsFansAndPowerSuppliesWithTheirHealth)
     CollectFans(fans);
     std::ostringstream seen;
     for (const auto& fan : fans) seen << fan.ElementName << " | " << fan.HealthState << " | " << fan.DesiredSpeed << "\n";
-    EXPECT_EQ("dps800 fan1 | OK | 5400\n"
-              "nct6779 fan1 | OK | 1200\n"
-              "nct6779 fan2 | Failed | 0\n"
-              "nct6779 fan4 | Warning | 650\n"
-              "nct6779 fan5 | N/A | N/A\n"
-              "nct6779 fan10 | OK | 900\n"
-              "Processor Fan | OK | 3100\n"
-              "dell_smm fan2 | Warning | 4000\n"
-              "w83627hf fan1 | OK | 2000\n"
-              "dps800 fan1 | OK | 5400\n"
-              "dps800 fan2 | Failed | 0\n",
-              seen.str());
+    EXPECT_TRUE(MatchesGolden("devices/fans.txt", seen.str()));
     EXPECT_EQ(1, log.Count("nct6779 fan5_input holds no speed")) << log.Dump();
 
     std::vector<XModule::protocol::PowerInband> power;
     CollectPowerSupplies(power);
     seen.str("");
     for (const auto& s : power) seen << s.ElementName << " | " << s.HealthState << " | " << s.TotalOutputPower << "\n";
-    EXPECT_EQ("AC | OK | N/A\n"
-              "DPS-800AB-5 A (psu1) | OK | 212.5\n"
-              "DPS-800AB-5 A (psu2) | Warning | N/A\n"
-              "psu3 | Warning | N/A\n"
-              "psu5 | Failed | N/A\n"
-              "dps800 (7-0058) | OK | 212\n"
-              "pmbus (7-0060) | Failed | 5.5\n"
-              "crps185 (7-0061) | Warning | N/A\n"
-              "dps800 (7-005e) | Failed | N/A\n",
-              seen.str());
+    EXPECT_TRUE(MatchesGolden("devices/power_supplies.txt", seen.str()));
     EXPECT_EQ(1, log.Count("Power supply psu3 gives no power: \"lots\"")) << log.Dump();
 }

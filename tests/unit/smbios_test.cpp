@@ -91,20 +91,6 @@ TEST(SmbiosTest, ParsesWhatIsWholeAndStopsAtTheFirstDamage)
     }
 }
 
-TEST(SmbiosTest, EveryCutOfATableYieldsTheStructuresBeforeTheCut)
-{
-    const std::string table = NormalTable();
-    const std::vector<SmbiosStructure> whole = ParseSmbiosTable(table);
-    ASSERT_EQ(4u, whole.size());
-    for (size_t cut = 0; cut <= table.size(); ++cut) {
-        const std::vector<SmbiosStructure> part = ParseSmbiosTable(table.substr(0, cut));
-        ASSERT_LE(part.size(), whole.size()) << cut;
-        EXPECT_EQ(cut == table.size(), part.size() == whole.size()) << cut;
-        EXPECT_EQ(Summary(std::vector<SmbiosStructure>(whole.begin(), whole.begin() + part.size())), Summary(part))
-            << cut;
-    }
-}
-
 TEST(SmbiosTest, EntryPointsGiveTheirVersionWhenWhole)
 {
     const std::string v2 = SmbiosEntryPoint2Bytes(2, 8);

@@ -5,6 +5,7 @@
 #include "xmodule/linux/udevdatabase.h"
 
 #include "support/fixturehost.h"
+#include "support/golden.h"
 #include "support/logcapture.h"
 #include "support/serverhost.h"
 #include "support/sysfsfixture.h"
@@ -127,54 +128,29 @@ TEST(StorageDevicesTest, ServerWithEveryKindOfDiskUnitAndVolume)
     LogCapture log;
 
     std::vector<XModule::protocol::VirtualDisk> disks;
-    CollectDisks(disks);
-    Lines rows;
-    for (const auto& d : disks) {
-        rows.push_back(Joined({d.Name, d.Type, d.Status, d.Size, d.NumberOfPartitions}));
-        for (const auto& p : d.partitions)
-            rows.push_back("  " + Joined({p.Name, p.Type, p.PartitionSubType, p.Offset, p.FaultTolerant, p.Format}));
-    }
-    EXPECT_EQ(Lines({"sda (SAMSUNG MZ7LH480HAHQ-00005)|SATA SSD|OK|447.1 GiB|2", "  sda1|GPT|EFI System|1048576|No|vfat",
-                     "  sda2|GPT|Linux filesystem|538968064|No|ext4", "sdc (SEAGATE ST600MM0208)|SAS HDD|offline|558.9 GiB|0",
-                     "nvme0n1 (SAMSUNG MZVL2512HCJQ-00B00)|NVMe SSD|OK|476.9 GiB|3",
-                     "  nvme0n1p1|MBR|Linux RAID autodetect|1048576|Yes|linux_raid_member",
-                     "  nvme0n1p2|MBR|Linux|2148532224|No|ext4", "  nvme0n1p10|MBR|N/A|4296015872|No|N/A",
-                     "vda|Virtio disk|N/A|256 GiB|0", "md0|Software RAID (raid1)|Degraded|476.8 GiB|0",
-                     "dm-0 (vg0-root)|LVM logical volume|N/A|50 GiB|0"}),
-              rows);
-
     std::vector<XModule::protocol::SystemDevice> units;
-    CollectScsiDevices(units);
-    rows.clear();
-    for (const auto& d : units)
-        rows.push_back(Joined({d.Name, d.DeviceType, d.ProductName, d.SerialNumber, d.Revision,
-                               d.HostAdapterID + ":" + d.Bus + ":" + d.TargetID + ":" + d.Lun}));
-    EXPECT_EQ(Lines({"sda|Direct-access block device|ATA SAMSUNG MZ7LH480|S45PNA0M512345|904Q|0:0:0:0",
-                     "sr0|CD/DVD|HL-DT-ST DVD+-RW GUD1N|N/A|LD02|1:0:0:0", "sg2|Enclosure services|LSI VirtualSES|N/A|03|2:0:8:0",
-                     "sdc|Direct-access block device|SEAGATE ST600MM0208|W0M1ABCD0000E8372|N/A|10:0:0:0"}),
-              rows);
-
     std::vector<XModule::protocol::Volumes_MountPoints> volumes;
+    std::vector<XModule::protocol::OpticalDevice> drives;
+    CollectDisks(disks);
+    CollectScsiDevices(units);
     CollectMountPoints(volumes);
-    rows.clear();
+    CollectOpticalDevices(drives);
+    std::string text;
+    for (const auto& d : disks) {
+        text += "disk: " + Joined({d.Name, d.Type, d.Status, d.Size, d.NumberOfPartitions}) + "\n";
+        for (const auto& p : d.partitions)
+            text += "  " + Joined({p.Name, p.Type, p.PartitionSubType, p.Offset, p.FaultTolerant, p.Format}) + "\n";
+    }
+    for (const auto& d : units)
+        text += "unit: " + Joined({d.Name, d.DeviceType, d.ProductName, d.SerialNumber, d.Revision,
+                                   d.HostAdapterID + ":" + d.Bus + ":" + d.TargetID + ":" + d.Lun}) + "\n";
     for (const auto& v : volumes)
-        rows.push_back(
-            Joined({v.Volume, v.Label, v.Layout, v.FileSystemName, v.VolumeStatus, v.QuotaStatus, v.UserQuota, Sizes(v)}));
-    EXPECT_EQ(Lines({"/|root|Partition|ext4|Healthy|Enabled|N/A|sized", "/boot/efi|N/A|Partition|vfat|Healthy|Disabled|N/A|sized",
-                     "/srv/backup disk|backup disk|LVM logical volume|xfs|Healthy (Read-only)|Enabled|N/A|sized",
-                     "/mnt/share|N/A|Network|nfs4|Healthy|Disabled|N/A|N/A",
-                     "/var/lib/docker/overlay2/3f1c/merged|N/A|Overlay|overlay|Healthy|Disabled|N/A|N/A",
-                     "/data|data|Partition|btrfs|Healthy|Disabled|N/A|sized", "/home|N/A|Partition|xfs|Healthy|Disabled|N/A|sized",
-                     "/srv/home|home|Software RAID|ext4|Healthy|Disabled|N/A|sized"}),
-              rows);
+        text += "volume: " + Joined({v.Volume, v.Label, v.Layout, v.FileSystemName, v.VolumeStatus, v.QuotaStatus,
+                                     v.UserQuota, Sizes(v)}) + "\n";
+    for (const auto& d : drives) text += "optical: " + Joined({d.DeviceID, d.Manufacturer, d.ProductName}) + "\n";
+    EXPECT_TRUE(MatchesGolden("devices/storage_server.txt", text));
     EXPECT_EQ(1, log.Count("[repo] No sizes for the volume /var/lib/docker/overlay2/3f1c/merged")) << log.Dump();
     EXPECT_EQ(1, log.Count("malformed line(s) skipped, the first is line 17")) << log.Dump();
-
-    std::vector<XModule::protocol::OpticalDevice> drives;
-    CollectOpticalDevices(drives);
-    rows.clear();
-    for (const auto& d : drives) rows.push_back(Joined({d.DeviceID, d.Manufacturer, d.ProductName}));
-    EXPECT_EQ(Lines({"sr1|N/A|N/A", "sr0|HL-DT-ST|DVD+-RW GUD1N"}), rows);
 }
 
 TEST(StorageDevicesTest, NothingListedOrAnUnreadableMountTableNotedOnAnEmptyRoot)
