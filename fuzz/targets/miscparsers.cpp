@@ -14,7 +14,6 @@
 #include "xmodule/linux/rpmpackages.h"
 #include "xmodule/linux/scsidevices.h"
 #include "xmodule/linux/smbiosdecode.h"
-#include "xmodule/linux/sysfsnumber.h"
 #include "xmodule/linux/sysvservices.h"
 #include "xmodule/linux/timezone.h"
 #include "xmodule/linux/usbdevices.h"
@@ -79,7 +78,6 @@ void Scsi(const std::string& t)
 void Numbers(const std::string& t)
 {
     std::uint64_t value = 0;
-    ParseSysfsDecimal(t, value);
     ParseDecimal(t, value);
     long long integer = 0;
     ParseSysfsInteger(t, integer);
