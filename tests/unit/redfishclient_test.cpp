@@ -43,6 +43,7 @@ void ReportConfiguredClient()
     bmc.SetLatency(2500);
     client.SetTimeout(600);
     const RestResult slow = client.Get(bmc.Url("/redfish/v1"));
+    bmc.Stop();
     std::fprintf(stderr, "%d after %d tries%s; curlCode %d\n", starting.httpCode, tries, paused ? ", paused" : "",
                  slow.curlCode);
     std::exit(0);
@@ -56,7 +57,10 @@ void ReportTimeout(int seconds)
     bmc.SetLatency(1500);
     RedfishClient client;
     client.SetTimeout(seconds);
-    std::fprintf(stderr, "curlCode %d\n", client.Get(bmc.Url("/redfish/v1")).curlCode);
+    const int curlCode = client.Get(bmc.Url("/redfish/v1")).curlCode;
+    // exit() skips the destructor: the server's threads are ended first.
+    bmc.Stop();
+    std::fprintf(stderr, "curlCode %d\n", curlCode);
     std::exit(0);
 }
 
