@@ -1,5 +1,5 @@
 #include "support/commandrun.h"
-#include "fakebmc/loopbackbmc.h"
+#include "support/minimalbmc.h"
 #include "support/tempdir.h"
 
 #include <gtest/gtest.h>
@@ -12,7 +12,7 @@
 
 namespace {
 
-const char* const kUser = "USERID";
+const char* const kUser = kFullBmcUser;
 const char* const kPassword = "S3cret-Pass";
 
 // Runs the tool with no terminal, so a missing password can't be asked for.
@@ -22,27 +22,16 @@ CommandRun RunTool(const std::string& environment, const std::string& arguments)
     return RunCommand("setsid sh -c \"" + command + "\"");
 }
 
-LoopbackBmc::Options FullBmc()
-{
-    LoopbackBmc::Options options;
-    options.fixtureRoot = std::string(KESTRO_TEST_FIXTURES) + "/bmc/full";
-    options.https = true;
-    options.user = kUser;
-    options.password = kPassword;
-    return options;
-}
-
 }  // namespace
 
 TEST(KestroRedfishTest, InventoryOfABmcWritesItsRecords)
 {
-    LoopbackBmc bmc(FullBmc());
+    LoopbackBmc bmc(FullBmcOptions(kPassword));
     bmc.Start();
     TempDir dir;
     const std::string address = "127.0.0.1:" + std::to_string(bmc.Port());
 
-    const std::string url = "https://" + std::string(kUser) + ":" + kPassword + "@" + address;
-    const CommandRun run = RunTool("", "inventory --redfish " + url + " --output " + dir.Path() + "/oob");
+    const CommandRun run = RunTool("", "inventory --redfish " + FullBmcUrl(bmc, kPassword) + " --output " + dir.Path() + "/oob");
     ASSERT_EQ(0, run.status) << run.output;
     EXPECT_NE(std::string::npos, run.output.find("  Memory: 16\n"));
     EXPECT_NE(std::string::npos, run.output.find("  NumericSensor: 19\n"));
@@ -65,13 +54,12 @@ TEST(KestroRedfishTest, InventoryOfABmcWritesItsRecords)
 
 TEST(KestroRedfishTest, ACABundleIsCheckedByEveryCollectorAndAWrongPasswordOrNoBmcFailsTheRun)
 {
-    LoopbackBmc bmc(FullBmc());
+    LoopbackBmc bmc(FullBmcOptions(kPassword));
     bmc.Start();
-    LoopbackBmc stranger(FullBmc());
+    LoopbackBmc stranger(FullBmcOptions(kPassword));
     stranger.Start();
     TempDir dir;
-    const std::string url =
-        "https://" + std::string(kUser) + ":" + kPassword + "@127.0.0.1:" + std::to_string(bmc.Port());
+    const std::string url = FullBmcUrl(bmc, kPassword);
 
     const CommandRun trusted = RunTool("", "inventory --redfish " + url + " --ca-file " +
                                             dir.Write("bmc.pem", bmc.CertificatePem()) + " --output " + dir.Path() +

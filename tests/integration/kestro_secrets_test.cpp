@@ -1,4 +1,4 @@
-#include "fakebmc/loopbackbmc.h"
+#include "support/minimalbmc.h"
 #include "support/tempdir.h"
 
 #include <gtest/gtest.h>
@@ -23,7 +23,7 @@
 
 namespace {
 
-const char kUser[] = "USERID";
+const char* const kUser = kFullBmcUser;
 // "USERID:" and the password make 21 bytes, a whole number of base64 groups.
 const char kPassword[] = "Qx7-Unique-Pw9";
 const char kToken[] = "tok-5f1e9b27c04d4a38";
@@ -73,20 +73,14 @@ pid_t StartTool(const std::string& url, const std::string& output, const std::st
 
 TEST(KestroSecretsTest, NoCredentialInTheLogTheFilesTheSiteTheConsoleOrTheProcessList)
 {
-    LoopbackBmc::Options options;
-    options.fixtureRoot = std::string(KESTRO_TEST_FIXTURES) + "/bmc/full";
-    options.https = true;
-    options.user = kUser;
-    options.password = kPassword;
-    LoopbackBmc bmc(options);
+    LoopbackBmc bmc(FullBmcOptions(kPassword));
     // Handed out with every answer, as a BMC hands out its session token.
     bmc.AddResponseHeader("X-Auth-Token", kToken);
     // Slow answers keep the tool alive while its command line is read.
     bmc.SetLatency(300);
     bmc.Start();
     TempDir dir;
-    const std::string url =
-        "https://" + std::string(kUser) + ":" + kPassword + "@127.0.0.1:" + std::to_string(bmc.Port());
+    const std::string url = FullBmcUrl(bmc, kPassword);
 
     const pid_t tool = StartTool(url, dir.Path() + "/out", dir.Path() + "/console.txt");
     ASSERT_GT(tool, 0);

@@ -1,11 +1,11 @@
 #include "support/minimalbmc.h"
 
-#include <fstream>
-#include <sstream>
+#include "support/tempdir.h"
 
 namespace {
 
 const std::string kMinimalTree = std::string(KESTRO_TEST_FIXTURES) + "/bmc/minimal";
+const std::string kFullTree = std::string(KESTRO_TEST_FIXTURES) + "/bmc/full";
 
 }  // namespace
 
@@ -16,10 +16,23 @@ LoopbackBmc::Options MinimalBmcOptions()
     return options;
 }
 
-std::string MinimalBmcDocument(const std::string& path)
+std::string MinimalBmcDocument(const std::string& path) { return ReadFile(kMinimalTree + path + "/index.json"); }
+
+const char* const kFullBmcUser = "USERID";
+
+LoopbackBmc::Options FullBmcOptions(const std::string& password)
 {
-    std::ifstream in((kMinimalTree + path + "/index.json").c_str(), std::ios::binary);
-    std::ostringstream text;
-    text << in.rdbuf();
-    return text.str();
+    LoopbackBmc::Options options;
+    options.fixtureRoot = kFullTree;
+    options.https = true;
+    options.user = kFullBmcUser;
+    options.password = password;
+    return options;
+}
+
+std::string FullBmcDocument(const std::string& path) { return ReadFile(kFullTree + path + "/index.json"); }
+
+std::string FullBmcUrl(const LoopbackBmc& bmc, const std::string& password)
+{
+    return "https://" + std::string(kFullBmcUser) + ":" + password + "@127.0.0.1:" + std::to_string(bmc.Port());
 }

@@ -27,7 +27,7 @@ std::string Print(const KestroResult& result)
 
 std::string Lookup(std::uint32_t packed) { return UpdateResultMessage(static_cast<std::int32_t>(packed)); }
 
-// Printing shows the low code and the row's words; success looks only at the low sixteen bits.
+// Printing shows the low code and the row's words, or the caller's; success looks only at the low sixteen bits.
 TEST(KestroResultTest, PrintsLowCodeAndWordsAndTellsSuccess)
 {
     namespace r = kestro::results;
@@ -79,25 +79,14 @@ TEST(KestroResultTest, PrintsLowCodeAndWordsAndTellsSuccess)
         SCOPED_TRACE(c.packed);
         EXPECT_EQ(c.printed, Print(KestroResult(c.packed)));
         EXPECT_EQ(c.printed, Print(KestroResult(c.packed, "")));
+        // Words of the caller's own win over the row's.
+        EXPECT_EQ(std::to_string(c.packed & 0xFFFF) + " Session lost.", Print(KestroResult(c.packed, "Session lost.")));
         EXPECT_EQ(c.success, KestroResult(c.packed).IsSuccess());
         EXPECT_EQ(c.success, KestroResult(c.packed, "any words").IsSuccess());
     }
+    EXPECT_EQ("0 Succeed.", Print(KestroResult()));
     EXPECT_NE(r::RESULT_NETSETUP_ADD_IP_FAILED, r::RESULT_NETSETUP2_ADD_IP_FAILED);
     EXPECT_EQ(r::RESULT_CONFIG_REDFISH_INTERNAL_ERROR, RegisterResult(4, 101, "Redfish internal error."));
-}
-
-TEST(KestroResultTest, ConstructionLooksUpWordsAndCustomMessageWins)
-{
-    const KestroResult looked(PackResult(4, 101));
-    EXPECT_EQ(PackResult(4, 101), looked.code);
-    EXPECT_EQ("Redfish internal error.", looked.message);
-    EXPECT_EQ("101 Session lost.", Print(KestroResult(PackResult(4, 101), "Session lost.")));
-
-    KestroResult cleared(1630);
-    EXPECT_EQ(kUnknownError, cleared.message);
-    cleared.message.clear();
-    EXPECT_EQ("1630 Unknown error", Print(cleared));
-    EXPECT_EQ("0 Succeed.", Print(KestroResult()));
 }
 
 // Counts every row through the public lookups, so a dropped, duplicated or misplaced row shows.

@@ -29,7 +29,6 @@ std::vector<std::string> ValuesOf(RRepository& repo)
     std::vector<std::string> values;
     for (RInstance* record : records) {
         EXPECT_EQ("Execution Log", record->GetDisplay());
-        EXPECT_EQ(-1, record->GetID());
         EXPECT_EQ("Log Message", record->GetPropertyDisplay("KestroErrorLog"));
         values.push_back(record->GetNormalizedValue("KestroErrorLog", ""));
     }

@@ -28,21 +28,9 @@ bool Exists(const std::string& path)
 
 }  // namespace
 
-TEST(RInstancesHTMLWriterTest, PlainPageIsTopTitleAndBottomAndReplacesTheOlderOnlyWhenWhole)
-{
-    TempDir dir;
-    dir.Write("system.html", "an older page that must go\n");
-    const std::string whole = Golden("htmlwriter/page.html", {{"TITLE", "System <b>Info</b>"}});
-    {
-        RInstancesHTMLWriter writer(dir.Path(), "system", "System <b>Info</b>");
-        // The page is stored whole when the writer closes; until then the older page stands.
-        EXPECT_EQ("an older page that must go\n", dir.Read("system.html"));
-    }
-    EXPECT_EQ(whole, dir.Read("system.html"));
-}
-
-// The link to the full page offers the configured count, the way back the default one.
-TEST(RInstancesHTMLWriterTest, EventPagesLinkToTheirPair)
+// Every page is top, title and bottom; an event page's title links to its pair, the link to the
+// full page offering the configured count, the way back the default one.
+TEST(RInstancesHTMLWriterTest, PagesReplaceTheOlderOnlyWhenWholeAndEventPagesLinkToTheirPair)
 {
     const struct {
         const char* config;
@@ -63,8 +51,14 @@ TEST(RInstancesHTMLWriterTest, EventPagesLinkToTheirPair)
         home.Write("global.config", c.config);
         ScopedEnv env("KESTRO_HOME", home.Path());
         TempDir site;
-        { RInstancesHTMLWriter writer(site.Path(), c.page, "Events"); }
-        const std::string page = site.Read(std::string(c.page) + ".html");
+        const std::string name = std::string(c.page) + ".html";
+        site.Write(name, "an older page that must go\n");
+        {
+            RInstancesHTMLWriter writer(site.Path(), c.page, "Events");
+            // The page is stored whole when the writer closes; until then the older page stands.
+            EXPECT_EQ("an older page that must go\n", site.Read(name));
+        }
+        const std::string page = site.Read(name);
         EXPECT_TRUE(c.pair ? MatchesGolden("htmlwriter/event_page.html", page, {{"PAIR", c.pair}, {"COUNT", c.count}})
                            : MatchesGolden("htmlwriter/page.html", page, {{"TITLE", "Events"}}));
     }

@@ -81,7 +81,6 @@ TEST(RModuleTest, DataSourceModuleAddsOneRecordOnlyWithAName)
     std::vector<RInstance*> records = repo.GetInstances("DataSource");
     ASSERT_EQ(1u, records.size());
     EXPECT_EQ("Data Source", records[0]->GetDisplay());
-    EXPECT_EQ(-1, records[0]->GetID());
     EXPECT_EQ("kestro", records[0]->GetNormalizedValue("Name", ""));
     EXPECT_EQ("b42", records[0]->GetNormalizedValue("Build", ""));
     EXPECT_EQ("4.4.1", records[0]->GetNormalizedValue("Version", ""));

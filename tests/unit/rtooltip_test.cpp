@@ -43,7 +43,7 @@ TEST(RToolTipDeathTest, FirstUseBuildsOneObjectWithoutTips)
     EXPECT_EXIT(std::exit(FirstUseBuildsOneObjectWithoutTips() ? 0 : 1), ::testing::ExitedWithCode(0), "");
 }
 
-TEST(RToolTipTest, LoadsTheProgramTipsTheFirstMatchWinsCopiesCarryThemAndMissesAreSilent)
+TEST(RToolTipTest, LoadsTheProgramTipsTheFirstMatchWinsAndMissesAreSilent)
 {
     TempDir home;
     home.Write("data/tooltip.xml", Fixture("repository/tooltip.xml"));
@@ -56,12 +56,6 @@ TEST(RToolTipTest, LoadsTheProgramTipsTheFirstMatchWinsCopiesCarryThemAndMissesA
     ASSERT_TRUE(tips->LoadTooltips());
     EXPECT_EQ("Sockets and cores", tips->GetTypeTip("load-system", "Processor"));
     EXPECT_EQ("DIMMs & <b>ranks</b>", tips->GetTypeTip("load-system", "Memory"));
-    // Copies carry the tips.
-    RToolTip copy(*tips);
-    EXPECT_EQ("Sockets and cores", copy.GetTypeTip("load-system", "Processor"));
-    RToolTip assigned(copy);
-    assigned = *tips;
-    EXPECT_EQ("DIMMs & <b>ranks</b>", assigned.GetTypeTip("load-system", "Memory"));
 
     // Misses give empty texts and log nothing.
     LogCapture capture;

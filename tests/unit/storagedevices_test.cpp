@@ -119,14 +119,9 @@ std::string Capabilities(const std::vector<XModule::protocol::OpticalDevice>& dr
     return text;
 }
 
-}  // namespace
-
-TEST(StorageDevicesTest, ServerWithEveryKindOfDiskUnitAndVolume)
+// Disks with their partitions, SCSI units, volumes and optical drives of the host, a line each.
+std::string CollectedStorage()
 {
-    FixtureHost host("");
-    WriteStorageHost(host.Dir());
-    LogCapture log;
-
     std::vector<XModule::protocol::VirtualDisk> disks;
     std::vector<XModule::protocol::SystemDevice> units;
     std::vector<XModule::protocol::Volumes_MountPoints> volumes;
@@ -148,24 +143,24 @@ TEST(StorageDevicesTest, ServerWithEveryKindOfDiskUnitAndVolume)
         text += "volume: " + Joined({v.Volume, v.Label, v.Layout, v.FileSystemName, v.VolumeStatus, v.QuotaStatus,
                                      v.UserQuota, Sizes(v)}) + "\n";
     for (const auto& d : drives) text += "optical: " + Joined({d.DeviceID, d.Manufacturer, d.ProductName}) + "\n";
-    EXPECT_TRUE(MatchesGolden("devices/storage_server.txt", text));
-    EXPECT_EQ(1, log.Count("[repo] No sizes for the volume /var/lib/docker/overlay2/3f1c/merged")) << log.Dump();
-    EXPECT_EQ(1, log.Count("malformed line(s) skipped, the first is line 17")) << log.Dump();
+    return text;
 }
 
-TEST(StorageDevicesTest, NothingListedOrAnUnreadableMountTableNotedOnAnEmptyRoot)
+}  // namespace
+
+// An empty root lists nothing and notes the mount table it could not read.
+TEST(StorageDevicesTest, ServerWithEveryKindOfDiskUnitAndVolumeAndAnEmptyRoot)
 {
     FixtureHost host("");
+    WriteStorageHost(host.Dir());
     LogCapture log;
-    std::vector<XModule::protocol::VirtualDisk> disks;
-    std::vector<XModule::protocol::SystemDevice> units;
-    std::vector<XModule::protocol::Volumes_MountPoints> volumes;
-    std::vector<XModule::protocol::OpticalDevice> drives;
-    CollectDisks(disks);
-    CollectScsiDevices(units);
-    CollectMountPoints(volumes);
-    CollectOpticalDevices(drives);
-    EXPECT_EQ(0u, disks.size() + units.size() + volumes.size() + drives.size());
+    EXPECT_TRUE(MatchesGolden("devices/storage_server.txt", CollectedStorage()));
+    EXPECT_EQ(1, log.Count("[repo] No sizes for the volume /var/lib/docker/overlay2/3f1c/merged")) << log.Dump();
+    EXPECT_EQ(1, log.Count("malformed line(s) skipped, the first is line 17")) << log.Dump();
+
+    FixtureHost empty("");
+    log.Clear();
+    EXPECT_EQ("", CollectedStorage());
     EXPECT_EQ(1, log.Count("/proc/self/mountinfo")) << log.Dump();
 }
 
