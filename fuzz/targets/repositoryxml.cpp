@@ -8,6 +8,7 @@
 #include "kestro/repository/rrepository.h"
 
 #include <boost/archive/iterators/dataflow_exception.hpp>
+#include <boost/property_tree/json_parser/error.hpp>
 
 #include <stdexcept>
 
@@ -50,7 +51,12 @@ void ReadRecord(const RInstance& record)
         }
     }
     record.ToXML();
-    record.ToJSON();
+    try {
+        record.ToJSON();
+    } catch (const boost::property_tree::json_parser::json_parser_error&) {
+        // The JSON writer's documented answer to an element that holds both text and children,
+        // which a hand-made file may have.
+    }
 }
 
 }  // namespace

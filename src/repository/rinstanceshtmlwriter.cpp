@@ -8,6 +8,7 @@
 #include "xmodule/rlog.h"
 
 #include <boost/algorithm/string/classification.hpp>
+#include <boost/archive/iterators/dataflow_exception.hpp>
 #include <boost/algorithm/string/split.hpp>
 #include <boost/filesystem/operations.hpp>
 #include <boost/system/error_code.hpp>
@@ -232,7 +233,16 @@ void RInstancesHTMLWriter::EndIndent()
 
 std::string RInstancesHTMLWriter::GetCellValue(const RInstance& instance, const std::string& key, bool raw)
 {
-    return instance.GetNormalizedValue(key, raw ? "\n" : "<br/>\n");
+    try {
+        return instance.GetNormalizedValue(key, raw ? "\n" : "<br/>\n");
+    } catch (const boost::archive::iterators::dataflow_exception& error) {
+        // A file from elsewhere may carry the encoding marker before text that is no base64: the
+        // cell shows what is stored, and the rest of the site is still written.
+        std::string stored;
+        instance.GetPropertyValue(key, stored);
+        RLOG(2) << "Value of " << key << " cannot be decoded (" << error.what() << "); shown as stored";
+        return stored;
+    }
 }
 
 std::string RInstancesHTMLWriter::GetRawDataFileName(const RInstance& instance)

@@ -117,6 +117,10 @@ TEST(RInstancesHTMLWriterTest, CellValuesJoinListsAndFormatValues)
     EXPECT_EQ("", writer.GetCellValue(port, "Missing", false));
     EXPECT_EQ("port1.txt", writer.GetRawDataFileName(port));
     LogCapture capture;
+    // The encoding marker before text that is no base64 (a file from elsewhere): shown as stored.
+    port.AddProperty("Serial", "Serial", std::string("base64encode ab!d"));
+    EXPECT_EQ("base64encode ab!d", writer.GetCellValue(port, "Serial", false));
+    EXPECT_EQ(1, capture.Count("Value of Serial cannot be decoded"));
     EXPECT_EQ("", writer.GetRawDataFileName(RInstance("PCIPort", "Port", 2)));
 
     const std::string oldSpan = "<span class=\"old\">old:</span>";

@@ -74,6 +74,8 @@ public:
     std::vector<RProperty> GetRProperty() const;
 
     std::string ToXML() const;
+    // Throws boost::property_tree::json_parser::json_parser_error for a record read from a file where an
+    // element holds both text and children, which JSON cannot show.
     std::string ToJSON() const;
 
     // Copies the record into the repository's store; this instance stays as it is.
