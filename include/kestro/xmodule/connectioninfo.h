@@ -21,6 +21,7 @@ struct ConnectionInfo {
     int subMode = 0;               // second mode word: how that service is reached
     std::uint16_t nodeIndex = 0;   // node of a multi-node target
     std::string caFile;            // CA bundle that checks the target's certificate; empty: unchecked
+    bool isBmc = false;            // a BMC's Redfish service, never the host's own sources, even on loopback
 };
 
 }  // namespace XModuleConnection

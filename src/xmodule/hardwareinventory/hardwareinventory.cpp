@@ -24,6 +24,7 @@ Hardwareinventory::Hardwareinventory(const ConnectionInfo& connection) : local(I
 
 bool Hardwareinventory::IsLocal(const ConnectionInfo& connection)
 {
+    if (connection.isBmc) return false;
     for (const char* host : kLocalHosts)
         if (connection.host == host) return true;
     return false;
