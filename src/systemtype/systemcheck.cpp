@@ -2,6 +2,7 @@
 
 #include "kestro/xmodule/kestrodirectory.h"
 #include "xmodule/hardwareinventory/hardwareinventory.h"
+#include "xmodule/linux/redfishhostinterface.h"
 #include "xmodule/rlog.h"
 #include "rest/jsonread.h"
 #include "rest/restsession.h"
@@ -13,12 +14,15 @@ namespace {
 const char* const kServiceRoot = "/redfish/v1";
 const char* const kCfcVendor = "Orvena";
 const std::int64_t kSecondGeneration = 2;
+// A host interface is a link-local USB or PCI network: an answer takes milliseconds or never comes.
+const int kHostInterfaceProbeSeconds = 5;
 
 // The service root as JSON, or false with a log line when it can't be had.
-bool ReadServiceRoot(const ConnectionInfo& connection, boost::json::value& root)
+bool ReadServiceRoot(const ConnectionInfo& connection, boost::json::value& root, int timeoutSeconds = 0)
 {
     try {
         Rest::RestSession session = Rest::MakeRestSession(connection);
+        if (timeoutSeconds > 0) session.client.SetTimeout(timeoutSeconds);
         Rest::RestResult result;
         Rest::FetchUrl(session, result, kServiceRoot, 0);
         std::string error;
@@ -28,6 +32,16 @@ bool ReadServiceRoot(const ConnectionInfo& connection, boost::json::value& root)
         RLOG(2) << "Service root of " << connection.host << " can't be read: " << error.what();
     }
     return false;
+}
+
+ConnectionInfo HostInterfaceConnection(const Linux::RedfishHostInterface& record)
+{
+    ConnectionInfo bmc;
+    bmc.host = record.address.empty() ? record.hostName : record.address;
+    bmc.isIPv6 = record.isIPv6;
+    bmc.port = record.port == 443 ? 0 : record.port;
+    bmc.isBmc = true;
+    return bmc;
 }
 
 }  // namespace
@@ -56,6 +70,22 @@ bool SystemCheck::IsRedfishSupported(const ConnectionInfo& connection)
 {
     boost::json::value root;
     return ReadServiceRoot(connection, root) && ServiceRootIsRedfish(root);
+}
+
+bool SystemCheck::FindHostInterfaceBmc(ConnectionInfo& bmc)
+{
+    std::string bytes;
+    if (!Linux::ReadSmbiosTable(bytes)) return false;
+    for (const Linux::RedfishHostInterface& record : Linux::FindRedfishHostInterfaces(Linux::ParseSmbiosTable(bytes))) {
+        const ConnectionInfo candidate = HostInterfaceConnection(record);
+        boost::json::value root;
+        RLOG(3) << "SMBIOS names a Redfish host interface at " << candidate.host << ":" << record.port;
+        if (ReadServiceRoot(candidate, root, kHostInterfaceProbeSeconds) && ServiceRootIsRedfish(root)) {
+            bmc = candidate;
+            return true;
+        }
+    }
+    return false;
 }
 
 bool SystemCheck::IsWhitleyPlatform() { return Hardwareinventory::Hardwareinventory::IsWhitleyPlatform(); }

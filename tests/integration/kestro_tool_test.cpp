@@ -80,7 +80,10 @@ TEST(KestroToolTest, FailuresExitWithTheirResultCodes)
         {"inventory --redfish https://admin:pw@bmc/redfish/v1" + never, 5, "nothing after it"},
         {"inventory --redfish https://admin:pw@bmc --case rhel" + never, 5, "no Redfish case"},
         {"inventory --redfish https://admin:pw@bmc --ca-file " + dir.Path() + "/none.pem" + never, 6, "none.pem"},
-        {"inventory --case cfc_oob" + never, 5, "go with --redfish"},
+        {"inventory --case cfc_oob" + never, 5, "--case goes with --redfish"},
+        {"inventory --ca-file " + good + never, 5, "--ca-file goes with --redfish or --bmc"},
+        {"inventory --redfish https://admin:pw@bmc --bmc https://admin:pw@bmc" + never, 5, "not --redfish"},
+        {"inventory --bmc https://bmc" + never, 5, "names no user"},
         {"inventory --group no_such_group" + out, 5, "no group 'no_such_group' in this case's report category; groups: "
                                                      "system_overview, "},
         {"inventory" + never + " --redfish", 5, "needs a value"},

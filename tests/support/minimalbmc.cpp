@@ -6,6 +6,7 @@ namespace {
 
 const std::string kMinimalTree = std::string(KESTRO_TEST_FIXTURES) + "/bmc/minimal";
 const std::string kFullTree = std::string(KESTRO_TEST_FIXTURES) + "/bmc/full";
+const std::string kStandardTree = std::string(KESTRO_TEST_FIXTURES) + "/bmc/standard";
 
 }  // namespace
 
@@ -35,4 +36,22 @@ std::string FullBmcDocument(const std::string& path) { return ReadFile(kFullTree
 std::string FullBmcUrl(const LoopbackBmc& bmc, const std::string& password)
 {
     return "https://" + std::string(kFullBmcUser) + ":" + password + "@127.0.0.1:" + std::to_string(bmc.Port());
+}
+
+LoopbackBmc::Options StandardBmcOptions(const std::string& password)
+{
+    LoopbackBmc::Options options = FullBmcOptions(password);
+    options.fixtureRoot = kStandardTree;
+    return options;
+}
+
+XModule::ConnectionInfo StandardBmcConnection(const LoopbackBmc& bmc, const std::string& password)
+{
+    XModule::ConnectionInfo connection;
+    connection.host = "127.0.0.1";
+    connection.port = bmc.Port();
+    connection.user = kFullBmcUser;
+    connection.password = password;
+    connection.isBmc = true;
+    return connection;
 }

@@ -2,6 +2,7 @@
 #define KESTRO_TESTS_MINIMALBMC_H
 
 #include "fakebmc/loopbackbmc.h"
+#include "kestro/xmodule/connectioninfo.h"
 
 #include <string>
 
@@ -17,5 +18,10 @@ LoopbackBmc::Options FullBmcOptions(const std::string& password);
 std::string FullBmcDocument(const std::string& path);
 // "https://USERID:<password>@127.0.0.1:<port>", the address a run of the tool is given.
 std::string FullBmcUrl(const LoopbackBmc& bmc, const std::string& password);
+
+// The plain-Redfish tree tests/fixtures/bmc/standard over HTTPS, guarded by USERID and `password`,
+// and a BMC connection to it as the tool would make one.
+LoopbackBmc::Options StandardBmcOptions(const std::string& password);
+XModule::ConnectionInfo StandardBmcConnection(const LoopbackBmc& bmc, const std::string& password);
 
 #endif

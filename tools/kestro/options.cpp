@@ -21,12 +21,24 @@ void HidePassword(char* url)
     std::memset(colon + 1, '*', at - colon - 1);
 }
 
+const char* const kUrlOptions[] = {"--redfish", "--bmc"};
+
+// The URL of `argument` when it is one of the URL options, with or without '='; null otherwise.
+char* UrlOf(char* argument, char* next)
+{
+    for (const char* option : kUrlOptions) {
+        const std::size_t length = std::strlen(option);
+        if (std::strcmp(argument, option) == 0) return next;
+        if (std::strncmp(argument, option, length) == 0 && argument[length] == '=') return argument + length + 1;
+    }
+    return nullptr;
+}
+
 // Run once the arguments are copied, whether they parsed or not, so the listing never shows it.
 void HideRedfishPasswords(int argc, char** argv)
 {
-    for (int i = 1; i + 1 < argc; ++i)
-        if (std::strcmp(argv[i], "--redfish") == 0) HidePassword(argv[i + 1]);
-        else if (std::strncmp(argv[i], "--redfish=", 10) == 0) HidePassword(argv[i] + 10);
+    for (int i = 1; i < argc; ++i)
+        if (char* url = UrlOf(argv[i], i + 1 < argc ? argv[i + 1] : nullptr)) HidePassword(url);
 }
 
 po::options_description Described(Options& options)
@@ -36,6 +48,7 @@ po::options_description Described(Options& options)
         ("output", po::value<std::string>(&options.output))
         ("group", po::value<std::string>(&options.group))
         ("redfish", po::value<std::string>(&options.redfishUrl))
+        ("bmc", po::value<std::string>(&options.bmcUrl))
         ("case", po::value<std::string>(&options.caseName))
         ("ca-file", po::value<std::string>(&options.caFile))
         ("root", po::value<std::string>(&options.root))

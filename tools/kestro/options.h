@@ -13,6 +13,7 @@ struct Options {
     std::string output;
     std::string group;
     std::string redfishUrl;
+    std::string bmcUrl;  // this host's own BMC, read beside the host in an inventory of this host
     std::string caseName;
     std::string caFile;
     std::string root;  // read the local host under this folder instead of "/"
@@ -20,7 +21,7 @@ struct Options {
 };
 
 // Reads argv into `options`; false with `problem` set on an unknown or incomplete argument.
-// The password part of a --redfish URL is blanked in argv, so process listings never show it.
+// The password part of a --redfish or --bmc URL is blanked in argv, so process listings never show it.
 bool ParseArguments(int argc, char** argv, Options& options, std::string& problem);
 
 #endif

@@ -13,6 +13,7 @@
 namespace {
 
 const char kPasswordVariable[] = "KESTRO_PASSWORD";
+const char kBmcUserVariable[] = "KESTRO_BMC_USER";
 const char kTerminal[] = "/dev/tty";
 
 struct SchemeName {
@@ -85,6 +86,7 @@ bool ParseRedfishUrl(const std::string& text, XModule::ConnectionInfo& info, std
         return false;
     }
     info.host = url.host_address();
+    info.isBmc = true;
     info.isIPv6 = url.host_type() == boost::urls::host_type::ipv6;
     info.port = url.has_port() ? url.port_number() : 0;
     info.user = url.user();
@@ -106,4 +108,10 @@ bool CompletePassword(XModule::ConnectionInfo& info, std::string& problem)
     if (PromptPassword(info.user, info.host, info.password)) return true;
     problem = std::string("no password: put it in the address, in $") + kPasswordVariable + " or type it at the prompt";
     return false;
+}
+
+void TakeCredentialsFromEnvironment(XModule::ConnectionInfo& info)
+{
+    if (const char* user = std::getenv(kBmcUserVariable)) info.user = user;
+    if (const char* password = std::getenv(kPasswordVariable)) info.password = password;
 }

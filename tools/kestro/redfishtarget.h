@@ -13,4 +13,7 @@ bool ParseRedfishUrl(const std::string& url, XModule::ConnectionInfo& info, std:
 // terminal with echo off. False with `problem` set when neither gives one.
 bool CompletePassword(XModule::ConnectionInfo& info, std::string& problem);
 
+// Credentials for a BMC the tool found by itself: $KESTRO_BMC_USER and $KESTRO_PASSWORD, when set.
+void TakeCredentialsFromEnvironment(XModule::ConnectionInfo& info);
+
 #endif

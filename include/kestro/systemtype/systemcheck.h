@@ -28,6 +28,11 @@ public:
     // be read or names none.
     static std::string GetReleaseName(const ConnectionInfo& connection);
 
+    // The BMC that this host's SMBIOS names in a Redfish host interface record, when its service
+    // root answers within a few seconds: https at the record's address and port, marked as a BMC,
+    // without credentials. False when there is no record or none answers.
+    static bool FindHostInterfaceBmc(ConnectionInfo& bmc);
+
     // This host's processors make it a Whitley platform (third-generation Xeon Scalable), the one
     // platform that reports its fans and power supplies in band.
     static bool IsWhitleyPlatform();
