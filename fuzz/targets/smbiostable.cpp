@@ -1,6 +1,8 @@
 // The SMBIOS table reader and every structure decoder over what it finds, as the DMI readers
-// call them; each decoder is given every structure, since a table may hold any bytes.
+// call them; each decoder is given every structure, since a table may hold any bytes. The host
+// interface reader walks the type 42 records.
 #include "fuzzsupport.h"
+#include "xmodule/linux/redfishhostinterface.h"
 #include "xmodule/linux/smbios.h"
 #include "xmodule/linux/smbiosdecode.h"
 
@@ -39,5 +41,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         GetSmbiosQword(s, s.formatted.size() > 8 ? s.formatted.size() - 8 : 0, value);
         FindSmbiosStructure(table, s.type);
     }
+    FindRedfishHostInterfaces(table);
     return 0;
 }
