@@ -2,6 +2,7 @@
 
 #include "kestro/repository/rinstance.h"
 #include "rrepository_p.h"
+#include "rest/runcontext.h"
 
 namespace kestro {
 namespace repository {
@@ -121,6 +122,14 @@ void RRepository::SetProductName(const std::string& name) { d->productName = nam
 XModule::ConnectionInfo RRepository::GetRedfishConnection()
 {
     return d->restConnections.empty() ? XModule::ConnectionInfo() : d->restConnections.front();
+}
+
+RTransferTotals RRepository::GetTransferTotals()
+{
+    RTransferTotals totals;
+    totals.requests = d->transfers->Requests();
+    totals.waitSeconds = d->transfers->WaitSeconds();
+    return totals;
 }
 
 }  // namespace repository

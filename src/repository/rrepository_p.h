@@ -10,8 +10,13 @@
 #include <boost/thread/shared_mutex.hpp>
 
 #include <chrono>
+#include <memory>
 #include <string>
 #include <vector>
+
+namespace Rest {
+class RunContext;
+}
 
 namespace kestro {
 namespace repository {
@@ -68,6 +73,8 @@ public:
     // When the first type of the run began, for the time limit per run.
     std::chrono::steady_clock::time_point runStart;
     bool runStarted = false;
+    // The answers, connections and request totals that every module's REST clients share.
+    std::unique_ptr<Rest::RunContext> transfers;
 
 private:
     void PutHeader();

@@ -6,6 +6,7 @@
 #include "kestro/xmodule/kestrodirectory.h"
 #include "repository/modules/rdatasourcemodule.h"
 #include "rinstance_p.h"
+#include "rest/runcontext.h"
 #include "xmodule/rlog.h"
 #include "rreportsite.h"
 #include "rstorecomparer.h"
@@ -272,7 +273,8 @@ void ClearMixedContent(pt::ptree& node)
 }  // namespace
 
 RRepositoryPrivate::RRepositoryPrivate(RRepository* owner, const XModule::ConnectionInfo& info, RInventoryCase c)
-    : owner(owner), connectMode(ConnectNone), systemType(0), inventoryCase(c), isWhitley(false), pluginHandle(nullptr)
+    : owner(owner), connectMode(ConnectNone), systemType(0), inventoryCase(c), isWhitley(false), pluginHandle(nullptr),
+      transfers(new Rest::RunContext)
 {
     RLOG(4) << "Enter RRepositoryPrivate";
     const bool redfishCase = c >= CaseCfcWindows && c <= CaseCfcOob;
@@ -285,7 +287,8 @@ RRepositoryPrivate::RRepositoryPrivate(RRepository* owner, const XModule::Connec
 }
 
 RRepositoryPrivate::RRepositoryPrivate(RRepository* owner, ConnectMode mode)
-    : owner(owner), connectMode(mode), systemType(0), inventoryCase(CaseNone), isWhitley(false), pluginHandle(nullptr)
+    : owner(owner), connectMode(mode), systemType(0), inventoryCase(CaseNone), isWhitley(false), pluginHandle(nullptr),
+      transfers(new Rest::RunContext)
 {
     if (mode == ConnectLocal || mode == ConnectLocalAmd) {
         systemType = SystemType::GetInstance()->GetSystemType();
@@ -442,6 +445,7 @@ void RRepositoryPrivate::CollectType(RModule& module, const std::string& type)
     TakeEarlier(deadline, kRunTimeLimit, runStart);
     {
         const DeadlineScope scope(deadline);
+        const Rest::RunContext::Scope shared(transfers.get());
         module.EnumInstances(type, *owner);
     }
     if (deadline.set && Clock::now() >= deadline.when)

@@ -10,6 +10,7 @@
 #include "xmodule/rlog.h"
 #include "rest/redfishclient_p.h"
 #include "rest/redfishsettings.h"
+#include "rest/runcontext.h"
 #include "xmodule/transferdeadline.h"
 
 namespace Rest {
@@ -69,6 +70,7 @@ RedfishClient::~RedfishClient() = default;
 void RedfishClient::SetCredentials(const std::string& user, const std::string& password)
 {
     d->inner.SetCredentials(user, password);
+    d->credentials = user + '\n' + password;
 }
 
 void RedfishClient::SetTimeout(int seconds)
@@ -129,7 +131,12 @@ RestResult RedfishClient::Request(RequestType type, const std::string& url, cons
 RestResult RedfishClient::Get(const std::string& url)
 {
     RLOG(XModule::LOG_DEBUG) << "Redfish GET action on URL: " << url;
-    return d->Retry(boost::bind(&RestClient::Get, &d->inner, boost::cref(url)));
+    RunContext* run = RunContext::Current();
+    RestResult answer;
+    if (run != nullptr && run->FindAnswer(url, d->credentials, answer)) return answer;
+    answer = d->Retry(boost::bind(&RestClient::Get, &d->inner, boost::cref(url)));
+    if (run != nullptr) run->KeepAnswer(url, d->credentials, answer);
+    return answer;
 }
 
 RestResult RedfishClient::PostMultipart(const std::string& url, const MultipartBody& parts,

@@ -16,6 +16,8 @@ public:
     RestResult Retry(const boost::function<RestResult()>& attempt) const;
 
     RestClient inner;
+    // The user and password as one text: the key of this client's answers in the run's cache.
+    std::string credentials;
     bool hasRetryTiming;
     RetryPolicy retryTiming;
 };

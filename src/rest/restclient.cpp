@@ -1,6 +1,7 @@
 #include "kestro/rest/restclient.h"
 
 #include <algorithm>
+#include <chrono>
 #include <cstring>
 #include <sstream>
 #include <stdexcept>
@@ -11,6 +12,7 @@
 
 #include "kestro/xmodule/uri.h"
 #include "rest/restclient_p.h"
+#include "rest/runcontext.h"
 #include "xmodule/transferdeadline.h"
 
 namespace Rest {
@@ -247,7 +249,15 @@ RestResult RestClientPrivate::Perform(const std::string& url)
     std::memset(errorBuffer, 0, sizeof(errorBuffer));
     curl_easy_setopt(handle, CURLOPT_ERRORBUFFER, errorBuffer);
 
+    RunContext* run = RunContext::Current();
+    if (run != nullptr) curl_easy_setopt(handle, CURLOPT_SHARE, run->Share());
+    const std::chrono::steady_clock::time_point sent = std::chrono::steady_clock::now();
     result.curlCode = curl_easy_perform(handle);
+    if (run != nullptr) {
+        run->CountRequest(static_cast<std::uint64_t>(
+            std::chrono::duration_cast<std::chrono::nanoseconds>(std::chrono::steady_clock::now() - sent).count()));
+        curl_easy_setopt(handle, CURLOPT_SHARE, static_cast<CURLSH*>(nullptr));
+    }
     if (result.curlCode == CURLE_OK) {
         long status = -1;
         curl_easy_getinfo(handle, CURLINFO_RESPONSE_CODE, &status);

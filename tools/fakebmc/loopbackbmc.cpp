@@ -157,7 +157,9 @@ public:
     void AcceptLoop();
     void ServeConnection(std::shared_ptr<tcp::socket> socket);
     template <class Stream>
-    void ServeRequests(Stream& stream);
+    void ServeRequests(Stream& stream, const asio::ssl::context* startedWith);
+    // True when the certificate was replaced after a connection began with `startedWith`.
+    bool TlsReplacedSince(const asio::ssl::context* startedWith);
     Reply Answer(const http::request<http::string_body>& message, bool tunnelled);
     Reply AnswerConnect(LoopbackBmc::Request& record);
     Reply AnswerResource(const http::request<http::string_body>& message, const LoopbackBmc::Request& record);
@@ -242,9 +244,9 @@ void LoopbackBmcPrivate::ServeConnection(std::shared_ptr<tcp::socket> socket)
         stream.handshake(asio::ssl::stream_base::server, ec);
         // No TLS close_notify exchange: the TCP shutdown below ends the connection either way.
         if (!ec)
-            ServeRequests(stream);
+            ServeRequests(stream, context.get());
     } else {
-        ServeRequests(*socket);
+        ServeRequests(*socket, nullptr);
     }
     std::lock_guard<std::mutex> lock(mutex);
     ShutdownSocket(*socket);
@@ -271,8 +273,14 @@ void LoopbackBmcPrivate::JoinFinishedWorkers()
     finishedWorkers.clear();
 }
 
+bool LoopbackBmcPrivate::TlsReplacedSince(const asio::ssl::context* startedWith)
+{
+    std::lock_guard<std::mutex> lock(mutex);
+    return startedWith != nullptr && tls.get() != startedWith;
+}
+
 template <class Stream>
-void LoopbackBmcPrivate::ServeRequests(Stream& stream)
+void LoopbackBmcPrivate::ServeRequests(Stream& stream, const asio::ssl::context* startedWith)
 {
     boost::beast::flat_buffer buffer;
     bool tunnelled = false;
@@ -281,7 +289,8 @@ void LoopbackBmcPrivate::ServeRequests(Stream& stream)
         parser.body_limit(MAX_REQUEST_BODY);
         boost::system::error_code ec;
         http::read_header(stream, buffer, parser, ec);
-        if (ec)
+        // A server given a new certificate restarts: its kept connections end unanswered.
+        if (ec || TlsReplacedSince(startedWith))
             return;
         if (boost::algorithm::iequals(std::string(parser.get()[http::field::expect]), "100-continue"))
             asio::write(stream, asio::buffer(std::string(CONTINUE_LINE)), ec);

@@ -13,6 +13,7 @@
 #include <boost/filesystem/operations.hpp>
 
 #include <exception>
+#include <iomanip>
 #include <iostream>
 #include <string>
 #include <vector>
@@ -99,6 +100,15 @@ void PrintSummary(RRepository& repo, const std::string& written)
     std::cout << total << " records of " << types.size() << " types; " << written << "\n";
 }
 
+// How much of the run was spent on the BMC, for an operator who inventories many of them.
+void PrintTransferTotals(RRepository& repo)
+{
+    const kestro::repository::RTransferTotals totals = repo.GetTransferTotals();
+    if (totals.requests == 0) return;
+    std::cout << "BMC requests: " << totals.requests << " sent, " << std::fixed << std::setprecision(2)
+              << totals.waitSeconds << " s waiting for answers\n";
+}
+
 // The group names a user may pass to --group, for the message when one is not among them.
 std::string GroupNames(const kestro::repository::RGroupList& groups)
 {
@@ -161,7 +171,9 @@ int CollectAndWrite(RRepository& repo, const Options& options)
                     "no group '" + options.group + "' in this case's report category; groups: " + GroupNames(groups));
     RunByGroups(repo, groups, options.group);
     const int fileStatus = WriteXmlFile(repo, kInventoryFile, options);
-    return Finish(repo, fileStatus, WriteSite(repo, options), "written to " + options.output, options);
+    const int status = Finish(repo, fileStatus, WriteSite(repo, options), "written to " + options.output, options);
+    PrintTransferTotals(repo);
+    return status;
 }
 
 const kestro::repository::RInventoryCase kRedfishCases[] = {

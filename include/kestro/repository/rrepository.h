@@ -5,6 +5,7 @@
 #include "kestro/xmodule/connectioninfo.h"
 #include "kestro/xmodule/usercontext.h"
 
+#include <cstdint>
 #include <memory>
 #include <string>
 #include <utility>
@@ -17,6 +18,13 @@ class RInstance;
 class RRepositoryPrivate;
 
 typedef std::vector<std::pair<std::string, std::string> > RGroupList;
+
+// What the runs of one repository asked of the target's services: requests sent (a cached answer
+// sends none) and the seconds spent waiting for answers.
+struct RTransferTotals {
+    std::uint64_t requests = 0;
+    double waitSeconds = 0;
+};
 
 // The library's facade: one target, its modules, its categories and the store of its records.
 class RRepository {
@@ -75,6 +83,7 @@ public:
     void SetIsWhitleySystem(bool isWhitley);
     void SetProductName(const std::string& name);
     XModule::ConnectionInfo GetRedfishConnection();
+    RTransferTotals GetTransferTotals();
 
 private:
     friend class RInstance;
