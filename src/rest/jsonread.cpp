@@ -185,8 +185,10 @@ bool TryParseJson(const std::string& text, boost::json::value& out, std::string&
 std::size_t WalkCollection(RestSession& session, const std::string& url, CollectionWalk walk,
                            const MemberVisitor& visit, const NextPageVisitor& onNextPage)
 {
-    const PageSource fetch = [&session](const std::string& pageUrl, int levels) {
-        return FetchJson(session, pageUrl, levels);
+    const PageSource fetch = [&session, walk](const std::string& pageUrl, int levels) {
+        boost::json::value document = FetchJson(session, pageUrl, levels);
+        if (walk == WalkLinks) GetMembersAhead(session, document);
+        return document;
     };
     return WalkCollectionPages(fetch, url, walk, visit, onNextPage);
 }

@@ -5,6 +5,7 @@
 #include <thread>
 
 #include <boost/bind/bind.hpp>
+#include <curl/curl.h>
 #include <boost/ref.hpp>
 
 #include "xmodule/rlog.h"
@@ -133,10 +134,31 @@ RestResult RedfishClient::Get(const std::string& url)
     RLOG(XModule::LOG_DEBUG) << "Redfish GET action on URL: " << url;
     RunContext* run = RunContext::Current();
     RestResult answer;
-    if (run != nullptr && run->FindAnswer(url, d->credentials, answer)) return answer;
+    if (run != nullptr && (run->FindAnswer(url, d->credentials, answer) || run->TakeFailure(url, d->credentials, answer)))
+        return answer;
     answer = d->Retry(boost::bind(&RestClient::Get, &d->inner, boost::cref(url)));
     if (run != nullptr) run->KeepAnswer(url, d->credentials, answer);
     return answer;
+}
+
+void RedfishClient::GetAhead(const std::vector<std::string>& urls)
+{
+    RunContext* run = RunContext::Current();
+    if (run == nullptr || run->Concurrency() < 2) return;
+    std::vector<std::string> missing;
+    RestResult known;
+    for (const std::string& url : urls)
+        if (!run->FindAnswer(url, d->credentials, known)) missing.push_back(url);
+    if (missing.size() < 2) return;
+    RLOG(XModule::LOG_DEBUG) << "Redfish GET ahead of " << missing.size() << " URLs, " << run->Concurrency()
+                             << " at a time";
+    const std::vector<RestResult> answers = d->inner.GetMany(missing, run->Concurrency());
+    for (std::size_t i = 0; i < missing.size(); ++i) {
+        // A time-out is handed on so that it costs its time once; a 503 or a broken connection is
+        // left to the reader, whose own GET tries again as a serial run would.
+        if (answers[i].curlCode == CURLE_OPERATION_TIMEDOUT) run->KeepFailure(missing[i], d->credentials, answers[i]);
+        run->KeepAnswer(missing[i], d->credentials, answers[i]);
+    }
 }
 
 RestResult RedfishClient::PostMultipart(const std::string& url, const MultipartBody& parts,

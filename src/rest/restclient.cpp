@@ -22,6 +22,8 @@ namespace {
 const char* const USER_AGENT = "OQCE_KESTRO";
 const char* const UNKNOWN_REQUEST_TYPE = "unknown request type";
 const char* const PAST_DEADLINE_TEXT = "Time limit reached before the request was sent";
+// How long a batch of transfers waits for any of them to move before it looks again.
+const int MULTI_POLL_MS = 100;
 // Without a fixed time-out a transfer dies only when it stays this slow for this long.
 const long LOW_SPEED_TIME_SECONDS = 60;
 const long LOW_SPEED_LIMIT_BYTES = 30;
@@ -83,6 +85,12 @@ int ReportProgress(void* userdata, curl_off_t downloadTotal, curl_off_t download
     else if (uploadTotal >= 1)
         (*sink)(uploadTotal, uploadNow);
     return 0;
+}
+
+std::uint64_t NanosecondsSince(std::chrono::steady_clock::time_point start)
+{
+    return static_cast<std::uint64_t>(
+        std::chrono::duration_cast<std::chrono::nanoseconds>(std::chrono::steady_clock::now() - start).count());
 }
 
 }  // namespace
@@ -220,11 +228,8 @@ void RestClientPrivate::CollectCookies(RestResult& result)
     curl_slist_free_all(cookies);
 }
 
-RestResult RestClientPrivate::Perform(const std::string& url)
+curl_slist* RestClientPrivate::Prepare(const std::string& url, RestResult& result)
 {
-    if (XModule::TransferDeadline::Passed())
-        return RefusePastDeadline();
-    RestResult result;
     if (gzip)
         curl_easy_setopt(handle, CURLOPT_ACCEPT_ENCODING, "gzip");
     curl_easy_setopt(handle, CURLOPT_URL, url.c_str());
@@ -246,31 +251,112 @@ RestResult RestClientPrivate::Perform(const std::string& url)
     curl_easy_setopt(handle, CURLOPT_COOKIEJAR, "-");
     if (!cookieLine.empty())
         curl_easy_setopt(handle, CURLOPT_COOKIELIST, cookieLine.c_str());
-    std::memset(errorBuffer, 0, sizeof(errorBuffer));
-    curl_easy_setopt(handle, CURLOPT_ERRORBUFFER, errorBuffer);
+    return headerList;
+}
 
-    RunContext* run = RunContext::Current();
-    if (run != nullptr) curl_easy_setopt(handle, CURLOPT_SHARE, run->Share());
-    const std::chrono::steady_clock::time_point sent = std::chrono::steady_clock::now();
-    result.curlCode = curl_easy_perform(handle);
-    if (run != nullptr) {
-        run->CountRequest(static_cast<std::uint64_t>(
-            std::chrono::duration_cast<std::chrono::nanoseconds>(std::chrono::steady_clock::now() - sent).count()));
-        curl_easy_setopt(handle, CURLOPT_SHARE, static_cast<CURLSH*>(nullptr));
-    }
-    if (result.curlCode == CURLE_OK) {
+void RestClientPrivate::Complete(CURL* easy, CURLcode code, const char* errors, RestResult& result)
+{
+    result.curlCode = code;
+    if (code == CURLE_OK) {
         long status = -1;
-        curl_easy_getinfo(handle, CURLINFO_RESPONSE_CODE, &status);
+        curl_easy_getinfo(easy, CURLINFO_RESPONSE_CODE, &status);
         result.httpCode = static_cast<std::int32_t>(status);
         CollectCookies(result);
     } else {
         result.httpCode = -1;
-        result.body = errorBuffer;
+        result.body = errors;
     }
+}
+
+RestResult RestClientPrivate::Perform(const std::string& url)
+{
+    if (XModule::TransferDeadline::Passed())
+        return RefusePastDeadline();
+    RestResult result;
+    curl_slist* headerList = Prepare(url, result);
+    std::memset(errorBuffer, 0, sizeof(errorBuffer));
+    curl_easy_setopt(handle, CURLOPT_ERRORBUFFER, errorBuffer);
+    RunContext* run = RunContext::Current();
+    if (run != nullptr) curl_easy_setopt(handle, CURLOPT_SHARE, run->Share());
+    const std::chrono::steady_clock::time_point sent = std::chrono::steady_clock::now();
+    const CURLcode code = curl_easy_perform(handle);
+    if (run != nullptr) {
+        run->CountRequests(1, NanosecondsSince(sent));
+        curl_easy_setopt(handle, CURLOPT_SHARE, static_cast<CURLSH*>(nullptr));
+    }
+    Complete(handle, code, errorBuffer, result);
     curl_slist_free_all(headerList);
     // Forget every option but keep the connections and cookies of the handle.
     curl_easy_reset(handle);
     return result;
+}
+
+// One GET of a batch: its own copy of the prepared handle, header list and error text.
+struct RestClientPrivate::Transfer {
+    CURL* easy = nullptr;
+    curl_slist* headerList = nullptr;
+    std::size_t index = 0;
+    char errors[CURL_ERROR_SIZE] = {0};
+};
+
+std::vector<RestResult> RestClientPrivate::PerformMany(const std::vector<std::string>& urls, std::size_t concurrency)
+{
+    std::vector<RestResult> results(urls.size());
+    std::vector<std::unique_ptr<Transfer> > transfers;
+    RunContext* run = RunContext::Current();
+    for (std::size_t i = 0; i < urls.size(); ++i) {
+        if (XModule::TransferDeadline::Passed()) {
+            results[i] = RefusePastDeadline();
+            continue;
+        }
+        std::unique_ptr<Transfer> transfer(new Transfer);
+        transfer->index = i;
+        transfer->headerList = Prepare(urls[i], results[i]);
+        transfer->easy = curl_easy_duphandle(handle);
+        curl_easy_reset(handle);
+        curl_easy_setopt(transfer->easy, CURLOPT_ERRORBUFFER, transfer->errors);
+        curl_easy_setopt(transfer->easy, CURLOPT_PRIVATE, transfer.get());
+        if (run != nullptr) curl_easy_setopt(transfer->easy, CURLOPT_SHARE, run->Share());
+        transfers.push_back(std::move(transfer));
+    }
+    const std::chrono::steady_clock::time_point sent = std::chrono::steady_clock::now();
+    RunTransfers(transfers, std::max<std::size_t>(concurrency, 1), results);
+    if (run != nullptr) run->CountRequests(transfers.size(), NanosecondsSince(sent));
+    for (const std::unique_ptr<Transfer>& transfer : transfers) {
+        curl_easy_cleanup(transfer->easy);
+        curl_slist_free_all(transfer->headerList);
+    }
+    return results;
+}
+
+// At most `concurrency` transfers at a time through one multi handle, each completed as it ends.
+void RestClientPrivate::RunTransfers(const std::vector<std::unique_ptr<Transfer> >& transfers,
+                                     std::size_t concurrency, std::vector<RestResult>& results)
+{
+    CURLM* multi = curl_multi_init();
+    std::size_t next = 0;
+    std::size_t running = 0;
+    for (; next < transfers.size() && running < concurrency; ++next, ++running)
+        curl_multi_add_handle(multi, transfers[next]->easy);
+    while (running > 0) {
+        int stillRunning = 0;
+        curl_multi_perform(multi, &stillRunning);
+        int queued = 0;
+        while (CURLMsg* message = curl_multi_info_read(multi, &queued)) {
+            if (message->msg != CURLMSG_DONE) continue;
+            Transfer* done = nullptr;
+            curl_easy_getinfo(message->easy_handle, CURLINFO_PRIVATE, &done);
+            Complete(done->easy, message->data.result, done->errors, results[done->index]);
+            curl_multi_remove_handle(multi, done->easy);
+            --running;
+            if (next < transfers.size()) {
+                curl_multi_add_handle(multi, transfers[next++]->easy);
+                ++running;
+            }
+        }
+        if (running > 0) curl_multi_poll(multi, nullptr, 0, MULTI_POLL_MS, nullptr);
+    }
+    curl_multi_cleanup(multi);
 }
 
 void RestClientPrivate::SetStreamOptions(std::istream& stream)
@@ -381,6 +467,11 @@ RestResult RestClient::Request(RequestType type, const std::string& url, const s
     RestResult refused;
     refused.body = UNKNOWN_REQUEST_TYPE;
     return refused;
+}
+
+std::vector<RestResult> RestClient::GetMany(const std::vector<std::string>& urls, std::size_t concurrency)
+{
+    return d->PerformMany(urls, concurrency);
 }
 
 RestResult RestClient::Get(const std::string& url)

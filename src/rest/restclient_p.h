@@ -3,7 +3,9 @@
 
 #include <cstdio>
 #include <istream>
+#include <memory>
 #include <string>
+#include <vector>
 
 #define CURL_DISABLE_DEPRECATION  // CURLOPT_PUT is still what a streamed PUT sets
 #include <curl/curl.h>
@@ -24,6 +26,8 @@ public:
 
     // Runs the request on the options the verb has set, then resets the handle.
     RestResult Perform(const std::string& url);
+    // GETs of `urls`, `concurrency` at a time over copies of the handle; results in the same order.
+    std::vector<RestResult> PerformMany(const std::vector<std::string>& urls, std::size_t concurrency);
     void SetStreamOptions(std::istream& stream);
 
     CURL* handle;
@@ -51,6 +55,13 @@ public:
     char errorBuffer[CURL_ERROR_SIZE];
 
 private:
+    struct Transfer;
+    // Sets every option of a request of `url` on the handle, answering into `result`; the header
+    // list it returns is freed once the request is done.
+    curl_slist* Prepare(const std::string& url, RestResult& result);
+    void Complete(CURL* easy, CURLcode code, const char* errors, RestResult& result);
+    void RunTransfers(const std::vector<std::unique_ptr<Transfer> >& transfers, std::size_t concurrency,
+                      std::vector<RestResult>& results);
     void SetWriteOptions(RestResult& result);
     curl_slist* BuildHeaderList() const;
     void SetAuthOptions();

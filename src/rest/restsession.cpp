@@ -1,6 +1,9 @@
 #include "rest/restsession.h"
 
+#include "rest/jsonread.h"
+
 #include <sstream>
+#include <vector>
 
 #include <boost/format.hpp>
 
@@ -56,6 +59,25 @@ void FetchUrl(RestSession& session, RestResult& result, const std::string& url, 
     std::ostringstream text;
     text << "Failed to get url " << fullUrl << ", error code is " << result.httpCode;
     throw InventoryError(text.str());
+}
+
+void GetLinksAhead(RedfishClient& client, const std::string& baseUrl, const boost::json::array& links,
+                   const std::string& nextPage)
+{
+    std::vector<std::string> urls;
+    for (const boost::json::value& entry : links) {
+        const std::string link = ReadJsonString(entry, "/@odata.id", "");
+        if (!link.empty()) urls.push_back(baseUrl + link);
+    }
+    if (!nextPage.empty()) urls.push_back(baseUrl + nextPage);
+    client.GetAhead(urls);
+}
+
+void GetMembersAhead(RestSession& session, const boost::json::value& page)
+{
+    const boost::json::array* members = FindJsonArray(page, "/Members");
+    if (members == nullptr) return;
+    GetLinksAhead(session.client, session.baseUrl, *members, ReadJsonString(page, "/Members@odata.nextLink", ""));
 }
 
 }  // namespace Rest

@@ -1,6 +1,9 @@
 #ifndef KESTRO_REST_RESTSESSION_H
 #define KESTRO_REST_RESTSESSION_H
 
+#include <boost/json/array.hpp>
+#include <boost/json/value.hpp>
+
 #include <string>
 
 #include "kestro/rest/redfishclient.h"
@@ -28,6 +31,13 @@ RestSession MakeRestSession(const XModule::ConnectionInfo& connection);
 // Anything but curlCode 0 and HTTP 200 throws InventoryError
 // "Failed to get url <full url>, error code is <httpCode>".
 void FetchUrl(RestSession& session, RestResult& result, const std::string& url, int levels);
+
+// Within an inventory run, GETs ahead the "@odata.id" of every member of a collection page and
+// its next page, so that a walk that reads them one by one finds them fetched.
+void GetMembersAhead(RestSession& session, const boost::json::value& page);
+// The same for a list of link objects ({"@odata.id": ...}) under `baseUrl`, read by `client`.
+void GetLinksAhead(RedfishClient& client, const std::string& baseUrl, const boost::json::array& links,
+                   const std::string& nextPage = std::string());
 
 }  // namespace Rest
 

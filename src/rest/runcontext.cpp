@@ -1,5 +1,7 @@
 #include "rest/runcontext.h"
 
+#include "kestro/xmodule/globalconfig.h"
+
 #include <curl/curl.h>
 
 #include <atomic>
@@ -13,6 +15,7 @@ namespace {
 thread_local RunContext* currentContext = nullptr;
 
 const int kSuccessStatus = 200;
+const int kDefaultConcurrency = 4;
 
 std::string AnswerKey(const std::string& url, const std::string& credentials)
 {
@@ -24,6 +27,8 @@ std::string AnswerKey(const std::string& url, const std::string& credentials)
 struct RunContext::Private {
     mutable std::mutex answersLock;
     std::map<std::string, RestResult> answers;
+    std::map<std::string, RestResult> failures;
+    std::size_t concurrency = 1;
     CURLSH* share = nullptr;
     // One lock per kind of data the share holds, as libcurl asks its user to provide.
     std::mutex shareLocks[CURL_LOCK_DATA_LAST];
@@ -53,7 +58,12 @@ struct RunContext::Private {
     }
 };
 
-RunContext::RunContext() : d(new Private) { d->MakeShare(); }
+RunContext::RunContext() : d(new Private)
+{
+    d->MakeShare();
+    const int concurrency = XModule::GetGlobalConfigValue("REDFISH_CONCURRENCY", kDefaultConcurrency);
+    d->concurrency = concurrency > 0 ? static_cast<std::size_t>(concurrency) : 1;
+}
 
 RunContext::~RunContext()
 {
@@ -78,11 +88,29 @@ void RunContext::KeepAnswer(const std::string& url, const std::string& credentia
 
 void* RunContext::Share() { return d->share; }
 
-void RunContext::CountRequest(std::uint64_t nanoseconds)
+void RunContext::KeepFailure(const std::string& url, const std::string& credentials, const RestResult& answer)
 {
-    ++d->requests;
+    const std::lock_guard<std::mutex> guard(d->answersLock);
+    d->failures[AnswerKey(url, credentials)] = answer;
+}
+
+bool RunContext::TakeFailure(const std::string& url, const std::string& credentials, RestResult& answer)
+{
+    const std::lock_guard<std::mutex> guard(d->answersLock);
+    const std::map<std::string, RestResult>::iterator found = d->failures.find(AnswerKey(url, credentials));
+    if (found == d->failures.end()) return false;
+    answer = found->second;
+    d->failures.erase(found);
+    return true;
+}
+
+void RunContext::CountRequests(std::uint64_t count, std::uint64_t nanoseconds)
+{
+    d->requests += count;
     d->waitNanoseconds += nanoseconds;
 }
+
+std::size_t RunContext::Concurrency() const { return d->concurrency; }
 
 std::uint64_t RunContext::Requests() const { return d->requests; }
 

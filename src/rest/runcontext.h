@@ -25,7 +25,15 @@ public:
     void KeepAnswer(const std::string& url, const std::string& credentials, const RestResult& answer);
     // The libcurl share handle (CURLSH*), thread-safe, for every easy handle of the run.
     void* Share();
-    void CountRequest(std::uint64_t nanoseconds);
+    // A transport failure of a GET made ahead of its reader, handed once to the reader that asks,
+    // so that a member that timed out costs its time once.
+    void KeepFailure(const std::string& url, const std::string& credentials, const RestResult& answer);
+    bool TakeFailure(const std::string& url, const std::string& credentials, RestResult& answer);
+    // Requests sent and the wall time spent waiting on them.
+    void CountRequests(std::uint64_t count, std::uint64_t nanoseconds);
+    // GETs a run sends at once when it reads ahead: REDFISH_CONCURRENCY in global.config when the
+    // run began, default 4; 1 reads one at a time.
+    std::size_t Concurrency() const;
     std::uint64_t Requests() const;
     double WaitSeconds() const;
 

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "kestro/rest/restclientinterface.h"
 
@@ -46,6 +47,10 @@ public:
     RestResult Head(const std::string& url) override;
     RestResult Options(const std::string& url) override;
     int ClassifyResult(const RestResult& result) override;
+
+    // Inside an inventory run: GETs of the `urls` not fetched yet, several at a time, kept for
+    // the Get calls that follow in their own order. Outside a run, or at a concurrency of 1, nothing.
+    void GetAhead(const std::vector<std::string>& urls);
 
     // Test seam: replaces the start-up wait and the 5000 ms pause of this object only.
     // The library never calls it; a client keeps the process-wide settings otherwise.

@@ -4,6 +4,7 @@
 #include <cstdio>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "kestro/rest/restclientinterface.h"
 
@@ -50,6 +51,9 @@ public:
     void SetClientCertificate(const std::string& certFile, const std::string& certType,
                               const std::string& keyFile, const std::string& keyPassword);
     void SetCookieLine(const std::string& cookieLine);
+    // GETs of all `urls`, at most `concurrency` at a time on connections of their own, with this
+    // client's settings; the results in the order of `urls`. No 503 is retried here.
+    std::vector<RestResult> GetMany(const std::vector<std::string>& urls, std::size_t concurrency);
     // The body goes to this open file instead of the result; null restores the default.
     void SetOutputFile(std::FILE* file);
 

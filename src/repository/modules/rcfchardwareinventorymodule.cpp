@@ -280,6 +280,7 @@ void RCFCHardwareInventoryModule::WalkDrives(Rest::RestSession& session, RReposi
     const boost::json::value chassis = RCFCRedfish::FetchJson(session, ChassisUrl(), 1);
     const boost::json::array* links = Rest::FindJsonArray(chassis, "/Links/Drives");
     if (links == nullptr) return;
+    Rest::GetLinksAhead(session.client, session.baseUrl, *links);
     for (const boost::json::value& entry : *links) {
         const std::string link = Rest::ReadJsonString(entry, "/@odata.id");
         if (link == Rest::JSON_MISSING_TEXT) continue;

@@ -7,6 +7,7 @@
 #include "repository/modules/rcfcredfish.h"
 #include "xmodule/rlog.h"
 #include "rest/jsonread.h"
+#include "rest/restsession.h"
 
 #include <boost/bind/bind.hpp>
 #include <boost/make_shared.hpp>
@@ -359,6 +360,7 @@ void RCFCStorageDeviceInfoInventoryModule::GetRaidInfo(RRepository& repo, Storag
     if (part == RaidDisks) {
         const boost::json::array* drives = Rest::FindJsonArray(member, "/Drives");
         if (drives == nullptr) return;
+        Rest::GetLinksAhead(*storage.client, storage.baseUrl, *drives);
         for (const boost::json::value& link : *drives) {
             const std::string url = Rest::ReadJsonString(link, "/@odata.id");
             if (url == Rest::JSON_MISSING_TEXT) continue;
