@@ -218,10 +218,10 @@ void RestClientPrivate::SetProxyOptions()
     }
 }
 
-void RestClientPrivate::CollectCookies(RestResult& result)
+void RestClientPrivate::CollectCookies(CURL* easy, RestResult& result)
 {
     curl_slist* cookies = nullptr;
-    if (curl_easy_getinfo(handle, CURLINFO_COOKIELIST, &cookies) != CURLE_OK || !cookies)
+    if (curl_easy_getinfo(easy, CURLINFO_COOKIELIST, &cookies) != CURLE_OK || !cookies)
         return;
     for (curl_slist* item = cookies; item; item = item->next)
         result.cookies.push_back(item->data);
@@ -261,7 +261,7 @@ void RestClientPrivate::Complete(CURL* easy, CURLcode code, const char* errors, 
         long status = -1;
         curl_easy_getinfo(easy, CURLINFO_RESPONSE_CODE, &status);
         result.httpCode = static_cast<std::int32_t>(status);
-        CollectCookies(result);
+        CollectCookies(easy, result);
     } else {
         result.httpCode = -1;
         result.body = errors;
@@ -323,6 +323,8 @@ std::vector<RestResult> RestClientPrivate::PerformMany(const std::vector<std::st
     RunTransfers(transfers, std::max<std::size_t>(concurrency, 1), results);
     if (run != nullptr) run->CountRequests(transfers.size(), NanosecondsSince(sent));
     for (const std::unique_ptr<Transfer>& transfer : transfers) {
+        // Reset first: a copy still holding the cookie-jar option would print its cookies at cleanup.
+        curl_easy_reset(transfer->easy);
         curl_easy_cleanup(transfer->easy);
         curl_slist_free_all(transfer->headerList);
     }

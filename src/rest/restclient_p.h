@@ -70,7 +70,7 @@ private:
     RestResult RefusePastDeadline();
     void SetTlsOptions();
     void SetProxyOptions();
-    void CollectCookies(RestResult& result);
+    void CollectCookies(CURL* easy, RestResult& result);
 };
 
 }  // namespace Rest

@@ -3,7 +3,11 @@
 #include "support/minimalbmc.h"
 #include "support/tempdir.h"
 
+#include "kestro/repository/rinstance.h"
+
 #include <gtest/gtest.h>
+
+#include <unistd.h>
 
 #include <algorithm>
 #include <map>
@@ -24,6 +28,14 @@ XModule::ConnectionInfo FullBmcConnection(const LoopbackBmc& bmc)
     connection.password = kPassword;
     connection.isBmc = true;
     return connection;
+}
+
+// A program home whose global.config holds `settings`, beside the source tree's data.
+std::string HomeWith(const TempDir& dir, const std::string& settings)
+{
+    dir.Write("home/global.config", settings);
+    EXPECT_EQ(0, symlink(KESTRO_SOURCE_DATA, (dir.Path() + "/home/data").c_str()));
+    return dir.Path() + "/home";
 }
 
 void RunEveryGroup(RRepository& repo)
@@ -65,4 +77,44 @@ TEST(RunContextTest, AWholeInventoryFetchesEachUrlOnceAndARunOfItsOwnFetchesAgai
     RRepository again(FullBmcConnection(bmc), kestro::repository::CaseCfcOob);
     RunEveryGroup(again);
     EXPECT_EQ(2 * firstRun, bmc.RequestCount());
+}
+
+// Sensors are read member by member, and so ahead of their reader: a member that answers 503 for
+// ever or never answers ends the walk where a serial run ends it, and the stalled one costs its
+// time-out once.
+TEST(RunContextTest, MembersReadAheadFailAsInASerialRun)
+{
+    const char* const kStarting = "/redfish/v1/Chassis/1/Sensors/Temp_2";
+    const char* const kStalled = "/redfish/v1/Chassis/1/Sensors/Volt_1";
+    const struct {
+        const char* fault;
+        const char* path;
+        std::size_t numericSensors;
+    } faults[] = {{"503 for ever", kStarting, 2}, {"never answers", kStalled, 14}};
+    for (const auto& fault : faults) {
+        std::string xml[2];
+        for (int concurrency : {1, 4}) {
+            TempDir dir;
+            const ScopedEnv home("KESTRO_HOME", HomeWith(dir, "REDFISH_STARTUP_WAIT_TIME=1\nKESTRO_TYPE_TIME_LIMIT=2\n"
+                                                              "REDFISH_CONCURRENCY=" + std::to_string(concurrency)));
+            LoopbackBmc bmc(FullBmcOptions(kPassword));
+            bmc.Start();
+            bmc.SetPageSize(10);
+            if (fault.path == kStarting)
+                bmc.ForceStatus(kStarting, 503);
+            else
+                bmc.StallAnswers(kStalled);
+            RRepository repo(FullBmcConnection(bmc), kestro::repository::CaseCfcOob);
+            ASSERT_TRUE(repo.LoadCategories());
+            repo.RunInventory("sensors");
+            std::vector<kestro::repository::RInstance*> sensors = repo.GetInstances("NumericSensor");
+            EXPECT_EQ(fault.numericSensors, sensors.size()) << fault.fault << ", concurrency " << concurrency;
+            repo.FreeInstances(sensors);
+            // Two types walk the sensors: each meets the stalled member once.
+            EXPECT_EQ(fault.path == kStalled ? 2 : 0, bmc.RequestCount(kStalled)) << fault.fault;
+            ASSERT_TRUE(repo.WriteXML("run.xml", dir.Path()));
+            xml[concurrency == 1 ? 0 : 1] = dir.Read("run.xml");
+        }
+        EXPECT_EQ(xml[0], xml[1]) << fault.fault;
+    }
 }
