@@ -1,10 +1,9 @@
 #include "xmodule/ihv/arcconfopt.h"
 
+#include "xmodule/ihv/arcconfparser.h"
 #include "xmodule/ihv/utilitycommands.h"
 #include "xmodule/ihv/vendorutility.h"
 #include "xmodule/rlog.h"
-
-#include <regex>
 
 namespace XModule {
 namespace ARCCONF {
@@ -25,14 +24,6 @@ const std::vector<UtilityCommand> kControllerCommands = {
     {{"GETLOGS", "%", "DEVICE", "tabular"}, "Drive error log", "arcconf_device_log_%.txt"},
     {{"GETLOGS", "%", "EVENT", "tabular"}, "Controller event log", "arcconf_event_log_%.txt"},
 };
-
-// "Controllers found: 2" in GETVERSION's output; 0 when it is not there.
-int ControllerCount(const std::string& versionOutput)
-{
-    std::smatch match;
-    static const std::regex kFound("Controllers found:\\s*(\\d{1,3})");
-    return std::regex_search(versionOutput, match, kFound) ? std::stoi(match[1].str()) : 0;
-}
 
 std::string Numbered(const std::string& text, int controller)
 {
@@ -63,7 +54,7 @@ int ArcconfOpt::GetRawData(std::vector<XModuleIHV::RawData_>& records)
         return 0;
     }
     int failed = XModuleIHV::RunUtilityCommands(program, kHostCommands, "", records);
-    const int count = ControllerCount(records.back().rawData);
+    const int count = ArcconfParser::ControllerCount(records.back().rawData);
     for (int controller = 1; controller <= count; ++controller) {
         std::vector<std::string> names;
         const std::vector<UtilityCommand> commands = CommandsOf(controller, names);
