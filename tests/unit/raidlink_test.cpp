@@ -199,3 +199,41 @@ TEST(RAIDLinkTest, AStorageThatFailsIsLeftOutAndTheOthersStay)
               XModule::Agentless::RAIDLink(BmcOf(target)).GetAllRaidAdapterInfo(adapters));
     EXPECT_TRUE(adapters.empty());
 }
+
+// Which path each connect mode takes, and whether the coded fields arrive as words or codes.
+TEST(RAIDLinkTest, EachModeTakesItsPathToTheBmc)
+{
+    struct Case {
+        const char* what;
+        ConnectMode mode;
+        bool whitley;
+        bool cim;
+        bool rest;
+        const char* forced;  // a path the BMC answers with 404, or null
+        const char* line;    // logged once
+        const char* media;   // MediaType of the HDD, the third drive; "" when none is read
+    };
+    const Case cases[] = {
+        // The CIM reader hands over codes, which a Whitley system shows as they stand.
+        {"Whitley in band without REST falls through", ConnectLocal, true, true, false, nullptr,
+         "[repo] Entering InBand Agentless Mode", "2"},
+        {"older in band reads through CIM", ConnectLocal, false, true, true, nullptr,
+         "[repo] Entering InBand Agentless Mode", "Rotational"},
+        {"Whitley out of band reads REST as it stands", ConnectOob, true, false, true, nullptr,
+         "[repo] Entering OOBand Agentless Mode", "HDD"},
+        {"ESXi node", ConnectEsxi, false, true, false, nullptr, "[repo] Entering ESXI Agentless Mode", "Rotational"},
+        {"ESXi node without storage is skipped", ConnectEsxi, false, true, false,
+         "/redfish/v1/Systems/Node-A1", "[repo] multi-node num is:1", ""},
+        {"ESXi without a node count keeps one", ConnectEsxi, false, true, false, "/redfish/v1/Systems",
+         "[repo] GetNodeNumber error when try ESXI Mode", ""},
+    };
+    for (const Case& c : cases) {
+        RCFCTarget target("standard");
+        if (c.forced != nullptr) target.Bmc().ForceStatus(c.forced, 404);
+        LogCapture capture;
+        StorageRun run(target, c.mode, c.whitley, c.cim, c.rest);
+        EXPECT_EQ(1, capture.Count(c.line)) << c.what << capture.Dump();
+        const Texts media = run.Column("StorageDiskDrive", "MediaType");
+        EXPECT_EQ(c.media, media.size() > 2 ? media[2] : "") << c.what;
+    }
+}

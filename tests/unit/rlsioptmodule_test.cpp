@@ -275,3 +275,64 @@ TEST(RLSIOptModuleTest, RegisteredAfterTheHardwareModuleAndWrapsItsTables)
     const RInstancesWrapper pools("StoragePool", std::vector<RInstance*>(), module.FindWrapCallback("StoragePool"));
     EXPECT_EQ(1, capture.Count("WrapStoragePoolInstances begin"));
 }
+
+namespace {
+
+void InstallUtility(const TempDir& home, const std::string& relative, const std::string& body)
+{
+    boost::filesystem::permissions(home.Write(relative, "#!/bin/sh\n" + body), boost::filesystem::owner_all);
+}
+
+// The rows the report shows of the first record, the raw one marked "*".
+std::vector<std::string> ShownKeysOf(RRepository& repo, const std::string& type)
+{
+    std::vector<std::string> keys;
+    std::vector<RInstance*> records = repo.GetInstances(type);
+    if (!records.empty())
+        for (const RProperty& property : records.front()->GetRProperty())
+            keys.push_back(property.name + (property.raw ? "*" : ""));
+    repo.FreeInstances(records);
+    return keys;
+}
+
+}  // namespace
+
+// Each vendor's utility runs in its own connect modes; its records carry the utility rows or not.
+TEST(RLSIOptModuleTest, VendorRawDataRunsOnlyInItsModes)
+{
+    FixtureHost host("");
+    InstallFakeStorcli(host.Dir());
+    InstallUtility(host.Dir(), "utilities/arcconf/arcconf",
+                   "if [ \"$1\" = GETVERSION ]; then echo 'Controllers found: 2'; else echo \"arcconf ran: $*\"; fi\n");
+    InstallUtility(host.Dir(), "utilities/marvell/mvcli", "echo \"mvcli ran: $*\"\n");
+    struct Case {
+        ConnectMode mode;
+        const char* type;
+        std::size_t records;
+        const char* utility;  // of the first record; empty where the type has no such row
+    };
+    const Case cases[] = {
+        {ConnectLocal, "LSIRawData", 7, "storcli64"},     {ConnectCfc, "LSIRawData", 7, "storcli64"},
+        {ConnectOob, "LSIRawData", 0, ""},                {ConnectLocalAmd, "LSIRawData", 0, ""},
+        {ConnectLocal, "ARCCONFRawData", 7, "arcconf"},   {ConnectLocalAmd, "ARCCONFRawData", 0, ""},
+        {ConnectLocal, "MARVELLRawData", 4, ""},          {ConnectLocalAmd, "MARVELLRawData", 4, ""},
+        {ConnectEsxi, "MARVELLRawData", 0, ""},           {ConnectOob, "SEACHESTRawData", 0, ""},
+    };
+    for (const Case& c : cases) {
+        RRepository repo(c.mode);
+        RLSIOptModule module;
+        module.EnumInstances(c.type, repo);
+        const std::vector<std::string> files = Column(repo, c.type, "Filename");
+        ASSERT_EQ(c.records, files.size()) << c.type << " in mode " << c.mode;
+        if (files.empty()) continue;
+        EXPECT_EQ(std::vector<std::string>({"Command", "Description", "RawData*"}), ShownKeysOf(repo, c.type));
+        EXPECT_EQ(c.utility, Column(repo, c.type, "Utility").front()) << c.type;
+    }
+    // arcconf: one host command, then three per controller, each named after its controller.
+    RRepository repo(ConnectLocal);
+    RLSIOptModule module;
+    module.EnumInstances("ARCCONFRawData", repo);
+    EXPECT_EQ(std::vector<std::string>({"", "1", "1", "1", "2", "2", "2"}), Column(repo, "ARCCONFRawData", "DeviceID"));
+    EXPECT_EQ("arcconf_getconfig_2.txt", Column(repo, "ARCCONFRawData", "Filename")[4]);
+    EXPECT_EQ("arcconf ran: GETCONFIG 2 AL\n", Column(repo, "ARCCONFRawData", "RawData")[4]);
+}
