@@ -5,6 +5,7 @@
 #include "rcfctestsupport.h"
 #include "repository/modules/rlsioptmodule.h"
 #include "support/logcapture.h"
+#include "support/tempdir.h"
 
 #include <gtest/gtest.h>
 
@@ -111,10 +112,11 @@ TEST(RAIDLinkTest, OutOfBandCodesBecomeWordsAndRecordsHangUnderTheirParents)
     // The M.2 kit has no RAID: its SSDs in bay order, its firmware under each of them.
     EXPECT_EQ(Texts({"M.2 NVMe SSD", "M.2 NVMe SSD"}), run.Displays("NonRaidOrDirect"));
     EXPECT_EQ(Texts({"S4EVNX0R200001", "S4EVNX0R200002"}), run.Column("NonRaidOrDirect", "SerialNumber"));
-    EXPECT_EQ(Texts({"52.26.0-5179", "1.1.0.1802", "1.1.0.1802"}),
+    // Each drive's firmware follows the drive and belongs to the adapter, as the card's own does.
+    EXPECT_EQ(Texts({"JXTC104Q", "JXTC104Q", "L4C8", "JXTC104Q", "52.26.0-5179", "1.1.0.1802", "1.1.0.1802"}),
               run.Column("StorageSoftwareIdentity", "VersionString"));
-    EXPECT_EQ(Texts({"0", "-", "-"}), run.Parents("StorageSoftwareIdentity", "StorageDevice"));
-    EXPECT_EQ(Texts({"-", "0", "1"}), run.Parents("StorageSoftwareIdentity", "NonRaidOrDirect"));
+    EXPECT_EQ(Texts({"0", "0", "0", "0", "0", "-", "-"}), run.Parents("StorageSoftwareIdentity", "StorageDevice"));
+    EXPECT_EQ(Texts({"-", "-", "-", "-", "-", "0", "1"}), run.Parents("StorageSoftwareIdentity", "NonRaidOrDirect"));
 
     // The raid show table of the same BMC; no vendor utility runs out of band.
     const Texts raidShow = run.Column("RAIDSHOWRawData", "RawData");
@@ -236,4 +238,32 @@ TEST(RAIDLinkTest, EachModeTakesItsPathToTheBmc)
         const Texts media = run.Column("StorageDiskDrive", "MediaType");
         EXPECT_EQ(c.media, media.size() > 2 ? media[2] : "") << c.what;
     }
+}
+
+// A service with its own StoragePools: each pool's volumes and providing drives, its free space.
+TEST(RAIDLinkTest, PoolsOfTheServiceAreTakenAsTheyAre)
+{
+    RCFCTarget target("standard");
+    const std::string raid = kStorage + "/RAID-Slot3";
+    std::string storage = ReadFile(std::string(KESTRO_TEST_FIXTURES) + "/bmc/standard" + raid + "/index.json");
+    storage.insert(storage.rfind('}'), ", \"StoragePools\": {\"@odata.id\": \"" + raid + "/StoragePools\"}");
+    target.Bmc().SetDocument(raid, storage);
+    target.Bmc().SetDocument(raid + "/StoragePools", "{\"Members\": [{\"@odata.id\": \"" + raid + "/StoragePools/0\"}]}");
+    target.Bmc().SetDocument(raid + "/StoragePools/0",
+                             "{\"Name\": \"Pool 0\", \"Status\": {\"Health\": \"Critical\"}, \"Capacity\": "
+                             "{\"Data\": {\"AllocatedBytes\": 2000, \"ConsumedBytes\": 1500}}, "
+                             "\"AllocatedVolumes\": {\"@odata.id\": \"" + raid + "/Volumes\"}, \"CapacitySources\": "
+                             "[{\"ProvidingDrives\": {\"@odata.id\": \"" + raid + "/StoragePools/0/Drives\"}}]}");
+    target.Bmc().SetDocument(raid + "/StoragePools/0/Drives",
+                             "{\"Members\": [{\"@odata.id\": \"" + raid + "/Drives/Disk-0\"}, {\"@odata.id\": \"" +
+                                 raid + "/Drives/Disk-2\"}]}");
+    StorageRun run(target, ConnectOob, false, true, true);
+    EXPECT_EQ(Texts({"Pool 0"}), run.Column("StoragePool", "Name"));
+    EXPECT_EQ(Texts({"500"}), run.Column("StoragePool", "RemainingManagedSpace"));
+    EXPECT_EQ(Texts({"Offline"}), run.Column("StoragePool", "ArrayStatus"));
+    EXPECT_EQ(Texts({"RAID1"}), run.Column("StoragePool", "RAIDLevel"));
+    EXPECT_EQ(Texts({"boot", "scratch"}), run.Column("StorageVolume", "Name"));
+    EXPECT_EQ(Texts({"0", "0", "-", "-"}), run.Parents("StorageDiskDrive", "StoragePool"));
+    EXPECT_EQ(Texts({"Drive 0", "Drive 2", "Drive 1", "Drive 3"}), run.Column("StorageDiskDrive", "Name"));
+    EXPECT_EQ(Texts({"Online", "Online", "Unconfigured good", "Hot spare"}), run.Column("StorageDiskDrive", "DiskState"));
 }

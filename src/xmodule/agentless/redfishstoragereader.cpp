@@ -152,6 +152,52 @@ opt::StorageVolume VolumeOf(const boost::json::value& volume)
     return record;
 }
 
+// A drive's firmware, as its revision tells it.
+opt::SoftwareIdentity DriveFirmwareOf(const boost::json::value& drive)
+{
+    opt::SoftwareIdentity identity;
+    identity.Name = ReadJsonText(drive, "/Name") + " Firmware";
+    identity.Description = "Drive firmware";
+    identity.Manufacturer = ReadJsonText(drive, "/Manufacturer");
+    identity.VersionString = identity.IdentityInfoValue = ReadJsonText(drive, "/Revision");
+    identity.Classifications = identity.SoftwareRole = "Firmware";
+    identity.SoftwareID = identity.ProductName = ReadJsonText(drive, "/Model");
+    identity.ReleaseDate = identity.SubDeviceID = kNone;
+    identity.ElementName = ReadJsonText(drive, "/Name");
+    identity.ClassificationDescriptions = "Drive firmware";
+    identity.SoftwareStatus = ReadJsonText(drive, "/Status/State");
+    identity.IdentityInfoType = "Revision";
+    return identity;
+}
+
+// Free space of a pool: what it holds less what its volumes use; "N/A" when it does not say.
+std::string Remaining(const boost::json::value& pool)
+{
+    const std::uint64_t allocated = Rest::ReadJsonUint(pool, "/Capacity/Data/AllocatedBytes", 0);
+    const std::uint64_t consumed = Rest::ReadJsonUint(pool, "/Capacity/Data/ConsumedBytes", 0);
+    return allocated == 0 || consumed > allocated ? kNone : std::to_string(allocated - consumed);
+}
+
+// An array from a StoragePool resource or, where the service has none, from a RAID volume:
+// its volumes and the drives among `drives` that `members` names.
+opt::StoragePool PoolOf(const boost::json::value& source, const std::vector<boost::json::value>& volumes,
+                        const std::vector<std::string>& members, const std::vector<boost::json::value>& drives)
+{
+    opt::StoragePool pool;
+    pool.Name = ReadJsonText(source, "/Name");
+    pool.TotalManagedSpace =
+        ReadJsonText(source, "/CapacityBytes", ReadJsonText(source, "/Capacity/Data/AllocatedBytes"));
+    pool.ArrayStatus = ArrayStateOf(source);
+    pool.RemainingManagedSpace = Remaining(source);
+    pool.RAIDLevel = volumes.empty() ? kNone : ReadJsonText(volumes.front(), "/RAIDType");
+    pool.Span = "255";  // Redfish does not tell a spanned array's depth
+    for (const boost::json::value& volume : volumes) pool.volumes.push_back(VolumeOf(volume));
+    for (const boost::json::value& drive : drives)
+        if (std::find(members.begin(), members.end(), Link(drive, "")) != members.end())
+            pool.drives.push_back(RedfishStorageReader::DriveOf(drive, true));
+    return pool;
+}
+
 opt::SoftwareIdentity FirmwareOf(const boost::json::value& controller)
 {
     opt::SoftwareIdentity identity;
@@ -267,6 +313,7 @@ opt::DiskDrive RedfishStorageReader::DriveOf(const boost::json::value& drive, bo
     record.DiskFormat = ReadJsonText(drive, "/NegotiatedSpeedGbs");
     record.MediaType = ReadJsonText(drive, "/MediaType");
     record.DiskState = DriveStateOf(drive, inVolume);
+    if (ReadJsonText(drive, "/Revision", "") != "") record.softwareIdentities.push_back(DriveFirmwareOf(drive));
     return record;
 }
 
@@ -368,36 +415,46 @@ bool RedfishStorageReader::ReadStorage(const std::string& path, opt::RaidAdapter
     adapter.ControllerType = ControllerTypeOf(adapter.Name, SupportsRaid(controller), protocols);
     ReadBatteries(controller, storage, adapter);
 
+    std::set<std::string> pooled;
     if (IsDirectAttached(adapter.ControllerType) || IsVroc(adapter)) {
         for (const boost::json::value& drive : drives) adapter.ssds.push_back(SsdOf(drive));
         return true;
     }
-    std::set<std::string> inVolume;
+    if (IsBootAdapter(adapter.ControllerType)) {
+        for (const boost::json::value& volume : volumes) {
+            adapter.storageVolumes.push_back(VolumeOf(volume));
+            const std::vector<std::string> members = Links(volume, "/Links/Drives");
+            pooled.insert(members.begin(), members.end());
+        }
+        for (const boost::json::value& drive : drives)
+            adapter.diskDrives.push_back(DriveOf(drive, pooled.count(Link(drive, "")) != 0));
+        return true;
+    }
+    ReadPools(storage, volumes, drives, adapter, pooled);
+    for (const boost::json::value& drive : drives)
+        if (pooled.count(Link(drive, "")) == 0) adapter.diskDrives.push_back(DriveOf(drive, false));
+    return true;
+}
+
+// The service's own pools when it has them; otherwise each RAID volume stands for its array.
+void RedfishStorageReader::ReadPools(const boost::json::value& storage, const std::vector<boost::json::value>& volumes,
+                                     const std::vector<boost::json::value>& drives, opt::RaidAdapter& adapter,
+                                     std::set<std::string>& pooled)
+{
+    const std::vector<boost::json::value> pools = ReadCollection(storage, "/StoragePools");
+    for (const boost::json::value& pool : pools) {
+        std::vector<std::string> members;
+        const std::string providing = Link(pool, "/CapacitySources/0/ProvidingDrives");
+        if (!providing.empty()) reader.Members(providing, members);
+        pooled.insert(members.begin(), members.end());
+        adapter.storagePools.push_back(PoolOf(pool, ReadCollection(pool, "/AllocatedVolumes"), members, drives));
+    }
+    if (!pools.empty()) return;
     for (const boost::json::value& volume : volumes) {
         const std::vector<std::string> members = Links(volume, "/Links/Drives");
-        inVolume.insert(members.begin(), members.end());
-        if (IsBootAdapter(adapter.ControllerType)) {
-            adapter.storageVolumes.push_back(VolumeOf(volume));
-            continue;
-        }
-        opt::StoragePool pool;
-        pool.Name = ReadJsonText(volume, "/Name");
-        pool.TotalManagedSpace = ReadJsonText(volume, "/CapacityBytes");
-        pool.ArrayStatus = ArrayStateOf(volume);
-        pool.RemainingManagedSpace = kNone;
-        pool.RAIDLevel = ReadJsonText(volume, "/RAIDType");
-        pool.Span = "255";  // Redfish does not tell a spanned array's depth
-        pool.volumes.push_back(VolumeOf(volume));
-        for (const boost::json::value& drive : drives)
-            if (std::find(members.begin(), members.end(), Link(drive, "")) != members.end())
-                pool.drives.push_back(DriveOf(drive, true));
-        adapter.storagePools.push_back(pool);
+        pooled.insert(members.begin(), members.end());
+        adapter.storagePools.push_back(PoolOf(volume, std::vector<boost::json::value>(1, volume), members, drives));
     }
-    for (const boost::json::value& drive : drives) {
-        const bool member = inVolume.count(Link(drive, "")) != 0;
-        if (IsBootAdapter(adapter.ControllerType) || !member) adapter.diskDrives.push_back(DriveOf(drive, member));
-    }
-    return true;
 }
 
 void RedfishStorageReader::ReadBatteries(const boost::json::value& controller, const boost::json::value& storage,

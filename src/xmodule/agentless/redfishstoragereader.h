@@ -7,6 +7,7 @@
 
 #include <boost/json/value.hpp>
 
+#include <set>
 #include <string>
 #include <vector>
 
@@ -37,6 +38,9 @@ public:
 private:
     std::string StorageCollection();
     bool ReadStorage(const std::string& path, XMOptions::RaidAdapter& adapter);
+    void ReadPools(const boost::json::value& storage, const std::vector<boost::json::value>& volumes,
+                   const std::vector<boost::json::value>& drives, XMOptions::RaidAdapter& adapter,
+                   std::set<std::string>& pooled);
     boost::json::value ControllerOf(const boost::json::value& storage);
     std::vector<boost::json::value> ReadLinked(const boost::json::value& doc, const std::string& arrayPointer);
     std::vector<boost::json::value> ReadCollection(const boost::json::value& doc, const std::string& linkPointer);
