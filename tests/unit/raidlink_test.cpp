@@ -184,22 +184,51 @@ TEST(RAIDLinkTest, MixedSsdsOfOneNonRaidAdapterShareTheFirstOnesName)
 // A storage resource the BMC cannot give is left out with a log line; the rest still shows.
 TEST(RAIDLinkTest, AStorageThatFailsIsLeftOutAndTheOthersStay)
 {
-    RCFCTarget target("standard");
-    target.Bmc().ForceStatus(kStorage + "/RAID-Slot3", 500);
-    LogCapture capture;
-    StorageRun run(target, ConnectOob, false, true, true);
-    // Once for the inventory, once for the raid show table.
-    EXPECT_EQ(2, capture.Count("Storage " + kStorage + "/RAID-Slot3 is left out")) << capture.Dump();
-    EXPECT_TRUE(run.Displays("StorageDevice").empty());
-    EXPECT_EQ(2u, run.Displays("NonRaidOrDirect").size());
+    const std::string raid = kStorage + "/RAID-Slot3";
+    for (const bool broken : {false, true}) {
+        RCFCTarget target("standard");
+        if (broken)
+            target.Bmc().SetDocument(raid, "{\"Id\": \"RAID-Slot3\", \"StorageControllers\": [");
+        else
+            target.Bmc().ForceStatus(raid, 500);
+        LogCapture capture;
+        StorageRun run(target, ConnectOob, false, true, true);
+        // Once for the inventory, once for the raid show table.
+        EXPECT_EQ(2, capture.Count("Storage " + raid + " is left out")) << broken << capture.Dump();
+        EXPECT_EQ(2, capture.Count("Redfish read of " + raid + " failed"));
+        EXPECT_TRUE(run.Displays("StorageDevice").empty());
+        EXPECT_EQ(2u, run.Displays("NonRaidOrDirect").size());
+    }
 
     // A BMC without a system collection offers nothing to read.
+    RCFCTarget target("standard");
     target.Bmc().ForceStatus("/redfish/v1/Systems", 404);
     EXPECT_FALSE(XModule::Agentless::RAIDLink(BmcOf(target)).IsAgentlessSupported());
     std::vector<XModule::XMOptions::RaidAdapter> adapters;
     EXPECT_EQ(XModule::Agentless::RAIDLink::RAID_UNREADABLE,
               XModule::Agentless::RAIDLink(BmcOf(target)).GetAllRaidAdapterInfo(adapters));
     EXPECT_TRUE(adapters.empty());
+}
+
+// Firmware inventory entries linked from a controller replace the version it states itself.
+TEST(RAIDLinkTest, FirmwareInventoryLinkedFromTheController)
+{
+    RCFCTarget target("standard");
+    const std::string controller = kStorage + "/M2-Boot/Controllers/0";
+    std::string doc = ReadFile(std::string(KESTRO_TEST_FIXTURES) + "/bmc/standard" + controller + "/index.json");
+    doc.insert(doc.rfind('}'), ", \"Links\": {\"SoftwareImages\": [{\"@odata.id\": "
+                               "\"/redfish/v1/UpdateService/FirmwareInventory/M2-Kit\"}]}");
+    target.Bmc().SetDocument(controller, doc);
+    target.Bmc().SetDocument("/redfish/v1/UpdateService/FirmwareInventory/M2-Kit",
+                             "{\"Id\": \"M2-Kit\", \"Name\": \"M.2 Kit Firmware\", \"Version\": \"1.1.0.1900\", "
+                             "\"ReleaseDate\": \"2026-03-02T00:00:00Z\", \"SoftwareId\": \"88NR2241\", "
+                             "\"Updateable\": true, \"Status\": {\"State\": \"Enabled\"}}");
+    StorageRun run(target, ConnectOob, true, false, true);
+    const Texts versions = run.Column("StorageSoftwareIdentity", "VersionString");
+    ASSERT_EQ(7u, versions.size());
+    EXPECT_EQ("1.1.0.1900", versions[5]);
+    EXPECT_EQ("2026-03-02T00:00:00Z", run.Column("StorageSoftwareIdentity", "ReleaseDate")[5]);
+    EXPECT_EQ("Updateable firmware", run.Column("StorageSoftwareIdentity", "SoftwareRole")[5]);
 }
 
 // Which path each connect mode takes, and whether the coded fields arrive as words or codes.

@@ -198,6 +198,27 @@ opt::StoragePool PoolOf(const boost::json::value& source, const std::vector<boos
     return pool;
 }
 
+// One member of the firmware inventory (a SoftwareInventory resource).
+opt::SoftwareIdentity InventoryIdentityOf(const boost::json::value& image)
+{
+    opt::SoftwareIdentity identity;
+    identity.Name = ReadJsonText(image, "/Name");
+    identity.Description = ReadJsonText(image, "/Description");
+    identity.Manufacturer = ReadJsonText(image, "/Manufacturer");
+    identity.VersionString = identity.IdentityInfoValue = ReadJsonText(image, "/Version");
+    identity.Classifications = "Firmware";
+    identity.SoftwareID = ReadJsonText(image, "/SoftwareId");
+    identity.ReleaseDate = ReadJsonText(image, "/ReleaseDate");
+    identity.ElementName = ReadJsonText(image, "/Id");
+    identity.ProductName = identity.Name;
+    identity.ClassificationDescriptions = ReadJsonText(image, "/Description");
+    identity.SubDeviceID = kNone;
+    identity.SoftwareStatus = ReadJsonText(image, "/Status/State");
+    identity.SoftwareRole = ReadJsonText(image, "/Updateable", "") == "true" ? "Updateable firmware" : "Firmware";
+    identity.IdentityInfoType = "Version";
+    return identity;
+}
+
 opt::SoftwareIdentity FirmwareOf(const boost::json::value& controller)
 {
     opt::SoftwareIdentity identity;
@@ -232,8 +253,6 @@ void FillAdapter(const boost::json::value& controller, opt::RaidAdapter& adapter
     adapter.CacheSerialNum = kNone;
     const std::string cache = ReadJsonText(controller, "/CacheSummary/TotalCacheSizeMiB", "");
     adapter.CacheMemorySize = cache.empty() ? kNone : cache + " MiB";
-    if (ReadJsonText(controller, "/FirmwareVersion", "") != "")
-        adapter.softwareIdentities.push_back(FirmwareOf(controller));
 }
 
 bool SupportsRaid(const boost::json::value& controller)
@@ -414,6 +433,7 @@ bool RedfishStorageReader::ReadStorage(const std::string& path, opt::RaidAdapter
     FillAdapter(controller, adapter);
     adapter.ControllerType = ControllerTypeOf(adapter.Name, SupportsRaid(controller), protocols);
     ReadBatteries(controller, storage, adapter);
+    ReadFirmware(controller, adapter);
 
     std::set<std::string> pooled;
     if (IsDirectAttached(adapter.ControllerType) || IsVroc(adapter)) {
@@ -455,6 +475,15 @@ void RedfishStorageReader::ReadPools(const boost::json::value& storage, const st
         pooled.insert(members.begin(), members.end());
         adapter.storagePools.push_back(PoolOf(volume, std::vector<boost::json::value>(1, volume), members, drives));
     }
+}
+
+// The firmware inventory entries the controller links, else the version it states itself.
+void RedfishStorageReader::ReadFirmware(const boost::json::value& controller, opt::RaidAdapter& adapter)
+{
+    for (const boost::json::value& image : ReadLinked(controller, "/Links/SoftwareImages"))
+        adapter.softwareIdentities.push_back(InventoryIdentityOf(image));
+    if (adapter.softwareIdentities.empty() && ReadJsonText(controller, "/FirmwareVersion", "") != "")
+        adapter.softwareIdentities.push_back(FirmwareOf(controller));
 }
 
 void RedfishStorageReader::ReadBatteries(const boost::json::value& controller, const boost::json::value& storage,

@@ -44,6 +44,7 @@ private:
     boost::json::value ControllerOf(const boost::json::value& storage);
     std::vector<boost::json::value> ReadLinked(const boost::json::value& doc, const std::string& arrayPointer);
     std::vector<boost::json::value> ReadCollection(const boost::json::value& doc, const std::string& linkPointer);
+    void ReadFirmware(const boost::json::value& controller, XMOptions::RaidAdapter& adapter);
     void ReadBatteries(const boost::json::value& controller, const boost::json::value& storage,
                        XMOptions::RaidAdapter& adapter);
     XMOptions::Battery BatteryOf(const boost::json::value& battery);
