@@ -577,7 +577,7 @@ void RLSIOptModule::ShowNonRaidAndDirectAttachedNVMeSSDInfo(RRepository& repo, c
                                                             std::string controllerType)
 {
     std::vector<opt::SSD> sorted = ssds;
-    std::sort(sorted.begin(), sorted.end(), &RLSIOptModule::LocationBefore);
+    std::stable_sort(sorted.begin(), sorted.end(), &RLSIOptModule::LocationBefore);
     if (sorted.empty()) return;
     const std::string display = NonRaidDisplay(controllerType, sorted.front().Type);
     if (display.empty()) return;
