@@ -11,6 +11,7 @@
 #include "repository/modules/rhardwareinventorymodule.h"
 #include "repository/modules/rosinventorymodule.h"
 #include "repository/modules/rlegacymodule.h"
+#include "repository/modules/rlsioptmodule.h"
 #include "repository/modules/rreporthighlightsmodule.h"
 
 #include <boost/make_shared.hpp>
@@ -41,15 +42,15 @@ const RowModules kRows[] = {
     {RModuleTable::RowCfcInBand,
      {Make<RCFCHardwareInventoryModule>, Make<RCFCFirmwareInventoryModule>, Make<RCFCEnvironmentInfoInventoryModule>,
       Make<RCFCIPMILogsInventoryModule>, Make<RCFCBmcLogsInventoryModule>, Make<RCFCStorageDeviceInfoInventoryModule>,
-      Make<RDataSourceModule>, Make<RReportHighlightsModule>, Make<ROSInventoryModule>, Make<RExecutionLogModule>,
-      Make<RLegacyModule>}},
+      Make<RDataSourceModule>, Make<RReportHighlightsModule>, Make<RLSIOptModule>, Make<ROSInventoryModule>,
+      Make<RExecutionLogModule>, Make<RLegacyModule>}},
     {RModuleTable::RowCfcOob,
      {Make<RCFCHardwareInventoryModule>, Make<RCFCFirmwareInventoryModule>, Make<RCFCEnvironmentInfoInventoryModule>,
       Make<RCFCIPMILogsInventoryModule>, Make<RCFCBmcLogsInventoryModule>, Make<RCFCStorageDeviceInfoInventoryModule>,
       Make<RDataSourceModule>, Make<RReportHighlightsModule>, Make<RExecutionLogModule>, Make<RLegacyModule>}},
     {RModuleTable::RowOrdinary,
      {Make<RDataSourceModule>, Make<RReportHighlightsModule>, Make<ROSInventoryModule>,
-      Make<RHardwareInventoryModule>, Make<RExecutionLogModule>}},
+      Make<RHardwareInventoryModule>, Make<RLSIOptModule>, Make<RExecutionLogModule>}},
 };
 
 void AppendAll(const std::vector<ModuleMaker>& makers, RModuleList& modules)

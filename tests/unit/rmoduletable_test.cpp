@@ -26,8 +26,10 @@ TEST(RModuleTableTest, RedfishRowsRunTheCFCModulesInOrderBetweenTwoLegacyModules
         "CFCStorageDeviceInfoInventoryModule", "DataSource",               "ReportHighlights Module",
         "RExecutionLog Module",              "LegacyModule"};
     EXPECT_EQ(expected, NamesOf(RModuleTable::RowCfcOob));
-    // In band the host's own operating system joins, before the execution log that closes the run.
+    // In band the host's storage adapters and operating system join, before the execution log
+    // that closes the run.
     std::vector<std::string> inBand = expected;
+    inBand.insert(inBand.end() - 2, "LSIOptModule");
     inBand.insert(inBand.end() - 2, "ROSInventoryModule");
     EXPECT_EQ(inBand, NamesOf(RModuleTable::RowCfcInBand));
     EXPECT_EQ(RModuleTable::RowCfcInBand, RModuleTable::RowOf(CaseCfcSles));
