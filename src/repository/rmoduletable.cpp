@@ -11,6 +11,7 @@
 #include "repository/modules/rhardwareinventorymodule.h"
 #include "repository/modules/rosinventorymodule.h"
 #include "repository/modules/rlegacymodule.h"
+#include "repository/modules/rnetworkmodule.h"
 #include "repository/modules/rreporthighlightsmodule.h"
 
 #include <boost/make_shared.hpp>
@@ -49,7 +50,7 @@ const RowModules kRows[] = {
       Make<RDataSourceModule>, Make<RReportHighlightsModule>, Make<RExecutionLogModule>, Make<RLegacyModule>}},
     {RModuleTable::RowOrdinary,
      {Make<RDataSourceModule>, Make<RReportHighlightsModule>, Make<ROSInventoryModule>,
-      Make<RHardwareInventoryModule>, Make<RExecutionLogModule>}},
+      Make<RHardwareInventoryModule>, Make<RNetworkModule>, Make<RExecutionLogModule>}},
 };
 
 void AppendAll(const std::vector<ModuleMaker>& makers, RModuleList& modules)
