@@ -112,9 +112,6 @@ const VendorRoute kVendorRoutes[] = {
     {"Mellanox", "MellanoxRawData"},
 };
 
-// Raw-data types this module registers but never fills; kept for records read back from files.
-const char* const kUnfilledRawTypes[] = {"PciRawData"};
-
 // Shown under each adapter's row, in this order.
 const char* const kAdapterReferenceTypes[] = {"PCIPort", "PCISoftwareIdentity", "QlogicRawData", "EmulexRawData",
                                               "MellanoxRawData"};
@@ -157,7 +154,6 @@ RNetworkModule::RNetworkModule()
     : adaptersDone(false),
       redfish_supported(false),
       rawDataDone(false),
-      callbacksCleaned(false),
       qlogicDone(false),
       emulexDone(false),
       mellanoxDone(false),
@@ -443,14 +439,9 @@ void RNetworkModule::EnumMellanoxInstances(RRepository& repo)
 void RNetworkModule::WrapAdapterInstances(RInstancesWrapper& wrapper)
 {
     RTableForms::Apply(kAdapterForm, wrapper);
+    // The raw-data types keep their callbacks: the report finds the form of a type shown under
+    // the adapter rows, and of every type its category lists, through them.
     for (const char* type : kAdapterReferenceTypes) wrapper.AddReferenceType(type);
-    // After a run of its own the module has filled what it could; a type it never fills is no
-    // longer offered. Records read back from a file keep their callbacks.
-    if (!callbacksCleaned && adaptersDone) {
-        for (const char* type : kUnfilledRawTypes)
-            if (typeCallbacks.erase(type) != 0) RLOG(3) << "Erase the function from callback functions map:" << type;
-        callbacksCleaned = true;
-    }
     RLOG(4) << "Leaving RNetworkModule::WrapAdapterInstances";
 }
 

@@ -56,7 +56,6 @@ private:
     bool adaptersDone;
     bool redfish_supported;
     bool rawDataDone;
-    bool callbacksCleaned;
     bool qlogicDone;
     bool emulexDone;
     bool mellanoxDone;
