@@ -91,6 +91,7 @@ TEST(RNetworkModuleTest, AdaptersOfTheBmcInBandAndOutOfBand)
     const ModeCase cases[] = {
         {kestro::repository::ConnectLocal, "[repo] Entering InBand Mode For Network", true},
         {kestro::repository::ConnectOob, "[repo] Entering OOB Mode For Network.", false},
+        {kestro::repository::ConnectEsxi, "[repo] Entering ESXI Mode For Network.", false},
     };
     LoopbackBmc::Options options;
     options.fixtureRoot = std::string(KESTRO_TEST_FIXTURES) + "/bmc/standard";
@@ -140,6 +141,36 @@ TEST(RNetworkModuleTest, AdaptersOfTheBmcInBandAndOutOfBand)
         EXPECT_EQ(log.Has(2, "[repo] Emulex::GetRawData() returns error = 1"), c.utilitiesAsked);
         EXPECT_EQ(log.Has(2, "[repo] Mellanox::GetRawData() with QUERY returns error = 1"), c.utilitiesAsked);
         EXPECT_EQ(log.Count("Qlogic::GetRawData()"), 0);
+    }
+}
+
+TEST(RNetworkModuleTest, NoSourceIsLoggedAndTheRunGoesOn)
+{
+    struct NoSourceCase {
+        ConnectMode mode;
+        std::vector<std::string> lines;  // level 2, in this order
+    };
+    const NoSourceCase cases[] = {
+        {kestro::repository::ConnectLocal,
+         {"This system is non-Agentless supported.", "Quantrel Essentials Kestro depends on the BMC Agentless interface,",
+          "customers should update xFW and options FW to above certain levels then AC.",
+          "(xFW:  2Q15 QUSP or above, Options fw:  2Q15 QUSP or above)"}},
+        {kestro::repository::ConnectEsxi, {"in RNetworkModule::EnumAdapterInstances(), the connect_list is empty."}},
+        {kestro::repository::ConnectCfc, {}},
+    };
+    for (const NoSourceCase& c : cases) {
+        SCOPED_TRACE(c.mode);
+        RRepository repo(kestro::repository::ConnectNone);
+        repo.SetConnectMode(c.mode);
+        RNetworkModule module;
+        LogCapture log;
+        module.EnumInstances("PCIPort", repo);
+        std::vector<std::string> lines;
+        for (const auto& record : log.Records())
+            if (record.first == 2) lines.push_back(record.second.substr(std::string("[repo] ").size()));
+        EXPECT_EQ(lines, c.lines);
+        EXPECT_EQ(CountOf(repo, "PCIAdapter"), 0u);
+        EXPECT_TRUE(log.Has(4, "[repo] Leaving RNetworkModule::EnumAdapterInstances"));
     }
 }
 
