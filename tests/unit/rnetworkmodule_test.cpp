@@ -176,29 +176,51 @@ TEST(RNetworkModuleTest, NoSourceIsLoggedAndTheRunGoesOn)
 
 TEST(RNetworkModuleTest, RedfishFailureDoesNotFallBackToTheHost)
 {
-    // The service answers Redfish but its chassis lists no adapters; this host has one.
+    struct FailureCase {
+        const char* what;
+        const char* chassis;
+        const char* collection;  // "" when not served
+        const char* retLine;
+        std::size_t adapters;
+    };
+    const char* const linked = R"({"NetworkAdapters": {"@odata.id": "/redfish/v1/Chassis/1/NetworkAdapters"}})";
+    const FailureCase cases[] = {
+        {"no adapters link", R"({"Id": "1"})", "", "[repo] The value of ret is:2", 0},
+        {"broken collection", linked, "{\"Members\": [", "[repo] The value of ret is:3", 0},
+        {"one broken adapter", linked,
+         R"({"Members": [{"@odata.id": "/redfish/v1/Chassis/1/NetworkAdapters/Bad"},
+                         {"@odata.id": "/redfish/v1/Chassis/1/NetworkAdapters/Good"}]})",
+         "[repo] The value of ret is:3", 1},
+    };
+    // This host has an adapter, which a failed Redfish read must not bring in.
     FixtureHost host("");
     WriteSysfsAttributes(host.Dir(), "sys/devices/pci0000:00/0000:00:03.0",
                          "vendor=0x8086;device=0x1572;class=0x020000");
     WriteSysfsLink(host.Dir(), "sys/bus/pci/devices/0000:00:03.0", "../../../devices/pci0000:00/0000:00:03.0");
-    LoopbackBmc bmc;
-    bmc.SetDocument("/redfish/v1", "{\"RedfishVersion\": \"1.15.0\"}");
-    bmc.SetDocument("/redfish/v1/Chassis", "{\"Members\": [{\"@odata.id\": \"/redfish/v1/Chassis/1\"}]}");
-    bmc.SetDocument("/redfish/v1/Chassis/1", "{\"Id\": \"1\"}");
-    bmc.Start();
-    RRepository repo(kestro::repository::ConnectNone);
-    repo.SetConnectMode(kestro::repository::ConnectLocal);
-    repo.SetRestConnectionList(std::vector<XModule::ConnectionInfo>(1, ConnectionTo(bmc)));
-    XModule::ConnectionInfo local;
-    local.host = "localhost";
-    repo.SetCIMConnectionList(std::vector<XModule::ConnectionInfo>(1, local));
-    RNetworkModule module;
-    LogCapture log;
-    module.EnumInstances("PCIAdapter", repo);
-    EXPECT_EQ(CountOf(repo, "PCIAdapter"), 0u);
-    EXPECT_TRUE(log.Has(3, "[repo] The value of ret is:2")) << log.Dump();
-    EXPECT_TRUE(log.Has(2, "[repo] Get network adapter information from rest fail or no adapter information"));
-    EXPECT_EQ(log.Count("Calling IsAgentlessSupportedFun"), 0);
+    for (const FailureCase& c : cases) {
+        SCOPED_TRACE(c.what);
+        LoopbackBmc bmc;
+        bmc.SetDocument("/redfish/v1", R"({"RedfishVersion": "1.15.0"})");
+        bmc.SetDocument("/redfish/v1/Chassis", R"({"Members": [{"@odata.id": "/redfish/v1/Chassis/1"}]})");
+        bmc.SetDocument("/redfish/v1/Chassis/1", c.chassis);
+        if (*c.collection) bmc.SetDocument("/redfish/v1/Chassis/1/NetworkAdapters", c.collection);
+        bmc.SetDocument("/redfish/v1/Chassis/1/NetworkAdapters/Bad", R"({"Id": "Bad", "Name": )");
+        bmc.SetDocument("/redfish/v1/Chassis/1/NetworkAdapters/Good", R"({"Id": "Good", "Name": "NIC"})");
+        bmc.Start();
+        RRepository repo(kestro::repository::ConnectNone);
+        repo.SetConnectMode(kestro::repository::ConnectLocal);
+        repo.SetRestConnectionList(std::vector<XModule::ConnectionInfo>(1, ConnectionTo(bmc)));
+        XModule::ConnectionInfo local;
+        local.host = "localhost";
+        repo.SetCIMConnectionList(std::vector<XModule::ConnectionInfo>(1, local));
+        RNetworkModule module;
+        LogCapture log;
+        module.EnumInstances("PCIAdapter", repo);
+        EXPECT_EQ(CountOf(repo, "PCIAdapter"), c.adapters);
+        EXPECT_TRUE(log.Has(3, c.retLine)) << log.Dump();
+        EXPECT_TRUE(log.Has(2, "[repo] Get network adapter information from rest fail or no adapter information"));
+        EXPECT_EQ(log.Count("Calling IsAgentlessSupportedFun"), 0);
+    }
 }
 
 namespace {
