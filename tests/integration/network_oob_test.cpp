@@ -17,7 +17,8 @@ using namespace kestro::repository;
 TEST(NetworkOutOfBandTest, AdaptersOfTheBmcReachTheReportPage)
 {
     FixtureHost host("");
-    host.Dir().Write("data/reportcategory_oob.xml", ReadFile(std::string(KESTRO_SOURCE_DATA) + "/reportcategory_oob.xml"));
+    const std::string category = "reportcategory_oob.xml";
+    host.Dir().Write("data/" + category, ReadFile(std::string(KESTRO_SOURCE_DATA) + "/" + category));
     const std::string site = host.Dir().Path() + "/site";
     boost::filesystem::create_directory(site);
     LoopbackBmc::Options options;

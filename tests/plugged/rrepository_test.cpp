@@ -60,8 +60,8 @@ TEST(RRepositoryPluggedTest, PluginModulesJoinOrdinaryCasesAfterTheTable)
     progressSeen.clear();
     repo.RunInventory(RecordProgress);
     EXPECT_EQ((std::vector<std::string>{"Legacy Module", "Data Source", "Report Highlights Module",
-                                        "OSInventory Module", "HardwareInventory Module", "Network Module", "Execution Log Module",
-                                        "Plug-in Module"}),
+                                        "OSInventory Module", "HardwareInventory Module", "Network Module",
+                                        "Execution Log Module", "Plug-in Module"}),
               progressSeen);
     EXPECT_TRUE(capture.Has(2, "[repo] Type already finished running inventory and will be skipped: DataSource"));
     EXPECT_TRUE(repo.GetInstances("DataSource").empty());

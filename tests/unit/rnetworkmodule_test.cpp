@@ -152,7 +152,8 @@ TEST(RNetworkModuleTest, NoSourceIsLoggedAndTheRunGoesOn)
     };
     const NoSourceCase cases[] = {
         {kestro::repository::ConnectLocal,
-         {"This system is non-Agentless supported.", "Quantrel Essentials Kestro depends on the BMC Agentless interface,",
+         {"This system is non-Agentless supported.",
+          "Quantrel Essentials Kestro depends on the BMC Agentless interface,",
           "customers should update xFW and options FW to above certain levels then AC.",
           "(xFW:  2Q15 QUSP or above, Options fw:  2Q15 QUSP or above)"}},
         {kestro::repository::ConnectEsxi, {"in RNetworkModule::EnumAdapterInstances(), the connect_list is empty."}},
@@ -300,7 +301,8 @@ TEST(RNetworkModuleTest, AdaptersOfThisHostFromSysfs)
                   "Ethernet Controller X710 for 10GbE SFP+|N/A|N/A|N/A|N/A|Ethernet controller|N/A|"
                   "PCI 0000:3b:00 [8086:1572]@0",
                   "Mellanox Technologies MT28908 Family [ConnectX-6]|N/A|0000:5e:00|Mellanox Technologies|"
-                  "MT28908 Family [ConnectX-6]|N/A|N/A|N/A|N/A|Infiniband controller|N/A|PCI 0000:5e:00 [15b3:101b]@1"}));
+                  "MT28908 Family [ConnectX-6]|N/A|N/A|N/A|N/A|Infiniband controller|N/A|"
+                  "PCI 0000:5e:00 [15b3:101b]@1"}));
     EXPECT_EQ(RowsOf(repo, "PCIPort", kPortKeys),
               (std::vector<std::string>{
                   "ens1f0|Ethernet|N/A|10000 Mbps|Up|1|3c:fd:fe:aa:00:10|3c:fd:fe:aa:00:10|N/A@0",
@@ -365,7 +367,9 @@ TEST(RNetworkModuleTest, RawDataRoutedByMakerOncePerRun)
         int mellanoxRuns;
     };
     const RoutingCase cases[] = {
-        {"two QLogic adapters", {{"QLogic QL41262 25GbE", "Quantrel"}, {"QLogic QLE2772 32Gb FC", "Quantrel"}}, 1, 0, 0},
+        {"two QLogic adapters",
+         {{"QLogic QL41262 25GbE", "Quantrel"}, {"QLogic QLE2772 32Gb FC", "Quantrel"}},
+         1, 0, 0},
         {"firmware made by Emulex", {{"FC 32Gb 2-Port HBA", "Emulex"}}, 0, 1, 0},
         {"names shorter than the words", {{"QLogi", "Emule"}, {"Emule", "QLogi"}}, 0, 0, 0},
         {"other letter case", {{"QLOGIC FastLinQ", "emulex"}, {"mellanox cx5", "EMULEX"}}, 0, 0, 0},

@@ -137,7 +137,7 @@ bool Mentions(const NetworkAdapter& adapter, const std::string& word)
     return false;
 }
 
-void LogAdapterNames(const NetworkAdapter& adapter)
+void LogAdapterName(const NetworkAdapter& adapter)
 {
     RLOG(3) << "PCI adapter name is:" << adapter.Name;
 }
@@ -336,7 +336,7 @@ void RNetworkModule::AddAdapterInstance(RRepository& repo, const NetworkAdapter&
 void RNetworkModule::AddRawDataAdapterID(const NetworkAdapter& adapter, int id)
 {
     RLOG(4) << "Calling RNetworkModule::AddRawDataAdapterID";
-    LogAdapterNames(adapter);
+    LogAdapterName(adapter);
     RLOG(3) << "PCI adapter ID is:" << id;
     LogIdentityMakers(adapter);
     for (const VendorRoute& route : kVendorRoutes)
@@ -346,7 +346,7 @@ void RNetworkModule::AddRawDataAdapterID(const NetworkAdapter& adapter, int id)
 void RNetworkModule::GetRawDatanstances(RRepository& repo, const NetworkAdapter& adapter)
 {
     RLOG(4) << "Calling GetRawDatanstances";
-    LogAdapterNames(adapter);
+    LogAdapterName(adapter);
     RLOG(3) << "PCI adapter part number is:" << adapter.PartNumber;
     LogIdentityMakers(adapter);
     // Each utility lists every adapter of its maker at once, so it runs once per run.

@@ -103,7 +103,8 @@ NetworkAdapter AdapterOf(const PciFunction& function, const std::map<std::string
     adapter.OperationalStatus = NETWORK_NOT_GIVEN;
     adapter.DeviceType = function.ClassName();
     adapter.Thermal = NETWORK_NOT_GIVEN;
-    adapter.Caption = "PCI " + adapter.ID + " [" + FormatHexId(function.vendor) + ":" + FormatHexId(function.device) + "]";
+    adapter.Caption =
+        "PCI " + adapter.ID + " [" + FormatHexId(function.vendor) + ":" + FormatHexId(function.device) + "]";
     return adapter;
 }
 
@@ -207,10 +208,11 @@ void AddInterface(NetworkAdapter& adapter, const std::string& function, const st
     EthtoolQuery::DriverInfo info;
     const bool answered = live && EthtoolQuery::ReadDriverInfo(name, info);
     const std::string moduleVersion = driver.empty() ? std::string() : ModuleVersion(driver);
-    if (!driver.empty())
-        AddIdentityOnce(adapter, DriverIdentity(adapter, function, driver, moduleVersion.empty() ? info.version
-                                                                                                   : moduleVersion));
-    if (answered && !info.firmware.empty()) AddIdentityOnce(adapter, FirmwareIdentity(adapter, function, info.firmware));
+    // In-tree drivers keep no version file; their version is the kernel's, which the driver tells.
+    const std::string version = moduleVersion.empty() ? info.version : moduleVersion;
+    if (!driver.empty()) AddIdentityOnce(adapter, DriverIdentity(adapter, function, driver, version));
+    if (answered && !info.firmware.empty())
+        AddIdentityOnce(adapter, FirmwareIdentity(adapter, function, info.firmware));
 }
 
 void AddFunction(NetworkAdapter& adapter, const PciFunction& function, const std::vector<std::string>& interfaces,
