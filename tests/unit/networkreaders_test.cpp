@@ -1,5 +1,6 @@
 #include "xmodule/agentless/networkredfish.h"
 #include "xmodule/linux/networkfunctions.h"
+#include "xmodule/linux/pcivpd.h"
 
 #include <gtest/gtest.h>
 
@@ -73,5 +74,29 @@ TEST(NetworkReadersTest, RedfishPortsAndFunctions)
                       port.PermanentAddress + "|" + port.OtherIdentifyingInfo + "|" + port.ConfiguredLAMA,
                   c.expected)
             << c.port;
+    }
+}
+
+TEST(NetworkReadersTest, VitalProductData)
+{
+    struct Case {
+        std::string bytes;
+        bool decoded;
+        const char* expected;  // name|part number|serial number
+    };
+    const std::string identifier("\x82\x04\x00NIC\0", 7);
+    const std::string readOnly("\x90\x0f\x00PN\x04" "P-01SN\x05" "S0001", 18);
+    const Case cases[] = {
+        {identifier + readOnly + "\x78", true, "NIC|P-01|S0001"},
+        {readOnly + identifier, true, "NIC|P-01|S0001"},
+        {identifier + readOnly.substr(0, 12), true, "NIC||"},
+        {identifier + std::string("\x90\x06\x00PN\x09" "P-0", 9), true, "NIC||"},
+        {std::string("\xff\xff\xff\xff", 4), false, "||"},
+        {"", false, "||"},
+    };
+    for (const Case& c : cases) {
+        XModule::Linux::PciVpd vpd;
+        EXPECT_EQ(XModule::Linux::ParsePciVpd(c.bytes, vpd), c.decoded);
+        EXPECT_EQ(vpd.name + "|" + vpd.partNumber + "|" + vpd.serialNumber, c.expected);
     }
 }

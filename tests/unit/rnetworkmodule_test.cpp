@@ -275,6 +275,9 @@ void WriteNetworkHost(const TempDir& dir)
         if (*interface.function)
             WriteSysfsLink(dir, folder + "/device", std::string("../../../devices/pci0000:00/") + interface.function);
     }
+    // The card's EEPROM: identifier string, then the read-only part with part and serial number.
+    dir.Write("sys/devices/pci0000:00/0000:3b:00.0/vpd",
+              std::string("\x82\x05\x00X710 \x90\x15\x00PN\x07" "01PE456SN\x08" "A1B2C3D4\x78", 33));
     WriteSysfsAttributes(dir, "sys/module/i40e", "version=2.22.18");
     WriteSysfsAttributes(dir, "sys/bus/pci/slots/3", "address=0000:3b:00");
 }
@@ -298,7 +301,7 @@ TEST(RNetworkModuleTest, AdaptersOfThisHostFromSysfs)
     EXPECT_EQ(RowsOf(repo, "PCIAdapter", kAdapterKeys),
               (std::vector<std::string>{
                   "Intel Corporation Ethernet Controller X710 for 10GbE SFP+|3|0000:3b:00|Intel Corporation|"
-                  "Ethernet Controller X710 for 10GbE SFP+|N/A|N/A|N/A|N/A|Ethernet controller|N/A|"
+                  "Ethernet Controller X710 for 10GbE SFP+|A1B2C3D4|01PE456|N/A|N/A|Ethernet controller|N/A|"
                   "PCI 0000:3b:00 [8086:1572]@0",
                   "Mellanox Technologies MT28908 Family [ConnectX-6]|N/A|0000:5e:00|Mellanox Technologies|"
                   "MT28908 Family [ConnectX-6]|N/A|N/A|N/A|N/A|Infiniband controller|N/A|"

@@ -4,6 +4,7 @@
 #include "xmodule/linux/ethtoolquery.h"
 #include "xmodule/linux/hostfiles.h"
 #include "xmodule/linux/pcidevices.h"
+#include "xmodule/linux/pcivpd.h"
 #include "xmodule/linux/valueformat.h"
 #include "xmodule/rlog.h"
 
@@ -96,9 +97,10 @@ NetworkAdapter AdapterOf(const PciFunction& function, const std::map<std::string
     adapter.Tag = adapter.ID;
     adapter.Manufacturer = function.VendorName();
     adapter.Model = function.DeviceName();
-    // Serial and part numbers live in the card's VPD, which only the BMC reads reliably.
-    adapter.SerialNumber = NETWORK_NOT_GIVEN;
-    adapter.PartNumber = NETWORK_NOT_GIVEN;
+    PciVpd vpd;
+    ReadPciVpd(function.address, vpd);
+    adapter.SerialNumber = Given(vpd.serialNumber);
+    adapter.PartNumber = Given(vpd.partNumber);
     adapter.FRUNumber = NETWORK_NOT_GIVEN;
     adapter.OperationalStatus = NETWORK_NOT_GIVEN;
     adapter.DeviceType = function.ClassName();
