@@ -12,6 +12,7 @@
 #include "repository/modules/rosinventorymodule.h"
 #include "repository/modules/rlegacymodule.h"
 #include "repository/modules/rlsioptmodule.h"
+#include "repository/modules/rnetworkmodule.h"
 #include "repository/modules/rreporthighlightsmodule.h"
 
 #include <boost/make_shared.hpp>
@@ -50,7 +51,7 @@ const RowModules kRows[] = {
       Make<RDataSourceModule>, Make<RReportHighlightsModule>, Make<RExecutionLogModule>, Make<RLegacyModule>}},
     {RModuleTable::RowOrdinary,
      {Make<RDataSourceModule>, Make<RReportHighlightsModule>, Make<ROSInventoryModule>,
-      Make<RHardwareInventoryModule>, Make<RLSIOptModule>, Make<RExecutionLogModule>}},
+      Make<RHardwareInventoryModule>, Make<RNetworkModule>, Make<RLSIOptModule>, Make<RExecutionLogModule>}},
 };
 
 void AppendAll(const std::vector<ModuleMaker>& makers, RModuleList& modules)

@@ -3,7 +3,6 @@
 #include "kestro/repository/rinstance.h"
 #include "kestro/repository/rinstanceswrapper.h"
 #include "kestro/repository/rrepository.h"
-#include "repository/rmoduletable.h"
 #include "support/fixturehost.h"
 #include "support/logcapture.h"
 #include "support/sysfsfixture.h"
@@ -245,17 +244,8 @@ TEST(RLSIOptModuleTest, InBandReadsThisHostsSsdsAndStorcliControllers)
     EXPECT_EQ("storcli_show_all.txt", Column(repo, "LSIRawData", "Filename")[0]);
 }
 
-TEST(RLSIOptModuleTest, RegisteredAfterTheHardwareModuleAndWrapsItsTables)
+TEST(RLSIOptModuleTest, WrapsItsTables)
 {
-    RModuleList modules;
-    RModuleTable::AppendRow(RModuleTable::RowOrdinary, modules);
-    std::vector<std::string> names;
-    for (const boost::shared_ptr<RModule>& module : modules) names.push_back(module->GetName());
-    const auto hardware = std::find(names.begin(), names.end(), "HardwareInventoryModule");
-    ASSERT_NE(names.end(), hardware);
-    ASSERT_NE(names.end(), hardware + 1);
-    EXPECT_EQ("LSIOptModule", *(hardware + 1));
-
     RLSIOptModule module;
     std::vector<std::string> types;
     module.EnumTypes(types);

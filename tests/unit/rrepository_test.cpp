@@ -238,6 +238,7 @@ TEST(RRepositoryTest, ModuleFormRunsEveryModuleAndReportsProgress)
                                         "ReportHighlights Module/Report Highlights Module",
                                         "ROSInventoryModule/OSInventory Module",
                                         "HardwareInventoryModule/HardwareInventory Module",
+                                        "NetworkModule/Network Module",
                                         "LSIOptModule/LSIOpt Module",
                                         "RExecutionLog Module/Execution Log Module"}),
               seen);

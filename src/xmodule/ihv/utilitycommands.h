@@ -17,6 +17,9 @@ struct UtilityCommand {
     const char* fileName;
 };
 
+// What a reader of vendor utilities answers when none of its programs is installed.
+const int UTILITY_NOT_INSTALLED = -1;
+
 // Runs each command with `program` and appends its record, with `deviceId` set; returns how many
 // failed to run. What a failed command wrote is kept.
 int RunUtilityCommands(const std::string& program, const std::vector<UtilityCommand>& commands,

@@ -34,8 +34,13 @@ std::string VendorUtility::FolderOf(const std::string& folder)
 
 std::string VendorUtility::Find(const std::string& folder, const std::vector<std::string>& names)
 {
+    return FindInFolder(FolderOf(folder), names);
+}
+
+std::string VendorUtility::FindInFolder(const std::string& path, const std::vector<std::string>& names)
+{
     for (const std::string& name : names) {
-        const boost::filesystem::path shipped = FolderOf(folder) + name;
+        const boost::filesystem::path shipped = boost::filesystem::path(path) / name;
         if (IsExecutableFile(shipped)) return shipped.string();
     }
     for (const std::string& name : names) {

@@ -18,6 +18,8 @@ public:
     // The full path of the first of `names` in FolderOf(folder), else of the first on PATH;
     // empty when none is installed.
     static std::string Find(const std::string& folder, const std::vector<std::string>& names);
+    // The same with the shipping folder given as a full path ("<home>/utilities/qlogic/").
+    static std::string FindInFolder(const std::string& path, const std::vector<std::string>& names);
     // Runs `program` with `args`; fills `record`'s raw data (standard output, or standard error when
     // that is all it wrote), utility and command. False, with a level-2 line, when it could not
     // start or was stopped; what it wrote before being stopped is kept.
