@@ -3,6 +3,7 @@
 #include "xmodule/linux/selrecord.h"
 
 #include "kestro/xmodule/rootprefix.h"
+#include "kestro/xmodule/unreadable.h"
 #include "support/logcapture.h"
 #include "support/tempdir.h"
 
@@ -131,6 +132,7 @@ TEST(HostSelTest, ReadsThroughIpmitoolWhenTheHostHasNoDevice)
         ScopedEnv path("PATH", bin.Path());
         if (c.ipmitool)
             boost::filesystem::permissions(bin.Write("ipmitool", c.ipmitool), boost::filesystem::owner_all);
+        XModule::ClearUnreadableNotes();
         LogCapture log;
         std::vector<SelEvent> events;
         EXPECT_EQ(c.expectedCode, HostSel::Read(events)) << c.name;

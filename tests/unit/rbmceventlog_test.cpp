@@ -3,6 +3,7 @@
 #include "kestro/repository/rinstance.h"
 #include "kestro/repository/rrepository.h"
 #include "kestro/xmodule/rootprefix.h"
+#include "kestro/xmodule/unreadable.h"
 #include "rcfctestsupport.h"
 #include "repository/rmoduletable.h"
 #include "support/logcapture.h"
@@ -58,6 +59,7 @@ public:
           oldRoot(XModule::GetRootPrefix())
     {
         XModule::SetRootPrefix(root.Path());
+        XModule::ClearUnreadableNotes();
         repo.reset(new RRepository(mode));
         repo->SetRestConnectionList(rest);
         repo->SetCIMConnectionList(cim);
@@ -127,7 +129,7 @@ TEST(RBMCEventLogTest, ReadsEachLogFromTheConnectionsTheModeGives)
         {"in band without a BMC: this host has no SEL source", ConnectLocal, List{}, List{host},
          {0, 0, 0, 0, 0, 0, 0},
          {},
-         {"QMMPlatformLogRestFlag=0, QMMAuditLogRestFlag=0", "nor ipmitool: its system event log is not read",
+         {"QMMPlatformLogRestFlag=0, QMMAuditLogRestFlag=0", "neither the IPMI device /dev/ipmi0 nor ipmitool",
           "qmmapp::GetQMMPlatformEventLogForInventory() returns error = 1",
           "qmmapp::GetQMMAuditEventLogForInventory() returns error = 3"}},
         {"no connection at all", ConnectOob, List{}, List{}, {0, 0, 0, 0, 0, 0, 0}, {},

@@ -1,7 +1,7 @@
 #include "xmodule/linux/hostsel.h"
 
-#include "kestro/xmodule/log.h"
 #include "kestro/xmodule/rootprefix.h"
+#include "kestro/xmodule/unreadable.h"
 #include "xmodule/ihv/vendorutility.h"
 #include "xmodule/linux/ipmiselelist.h"
 
@@ -97,8 +97,8 @@ int HostSel::Read(std::vector<SelEvent>& events)
     if (boost::filesystem::exists(device, error)) return ReadDevice(device, events);
     const std::string ipmitool = XModuleIHV::VendorUtility::Find("ipmitool", {"ipmitool"});
     if (!ipmitool.empty()) return ReadIpmitool(ipmitool, events);
-    XLOG(LOG_WARN) << "[repo] This host has neither the IPMI device " << kDevicePath
-                   << " nor ipmitool: its system event log is not read";
+    NoteUnreadable("the BMC's system event log",
+                   std::string("this host has neither the IPMI device ") + kDevicePath + " nor ipmitool");
     return HOST_SEL_NO_SOURCE;
 }
 
@@ -106,7 +106,7 @@ int HostSel::ReadDevice(const std::string& path, std::vector<SelEvent>& events)
 {
     IpmiDevice ipmi(path);
     if (!ipmi.IsOpen()) {
-        XLOG(LOG_WARN) << "[repo] Unable to open " << path << ": " << std::strerror(errno);
+        NoteUnreadable(path, std::strerror(errno));
         return HOST_SEL_UNREADABLE;
     }
     std::vector<unsigned char> answer;

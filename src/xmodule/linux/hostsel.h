@@ -16,7 +16,7 @@ public:
     enum Result { HOST_SEL_READ = 0, HOST_SEL_NO_SOURCE = 1, HOST_SEL_UNREADABLE = 2 };
 
     // HOST_SEL_READ and every entry; entries read before a failure are kept. HOST_SEL_NO_SOURCE,
-    // with one level-2 line, when the host has neither the device nor the tool.
+    // noted as unreadable, when the host has neither the device nor the tool.
     static int Read(std::vector<SelEvent>& events);
 
 private:
