@@ -53,14 +53,15 @@ TEST(RRepositoryPluggedTest, PluginModulesJoinOrdinaryCasesAfterTheTable)
     const std::vector<std::string> available = repo.GetAvailableInstanceTypes();
     EXPECT_EQ(2, std::count(available.begin(), available.end(), "DataSource"));
     EXPECT_EQ(1, std::count(available.begin(), available.end(), "Zulu"));
-    EXPECT_EQ(47u, available.size());
+    EXPECT_EQ(54u, available.size());
 
     for (const char* type : {"ApplicationEvent", "QMMMessageLogData", "SecurityEvent", "SystemEvent"})
         RInstance(type, type, -1).AddToRepository(repo);
     progressSeen.clear();
     repo.RunInventory(RecordProgress);
     EXPECT_EQ((std::vector<std::string>{"Legacy Module", "Data Source", "Report Highlights Module",
-                                        "OSInventory Module", "HardwareInventory Module", "Execution Log Module", "Plug-in Module"}),
+                                        "OSInventory Module", "HardwareInventory Module", "BMC Event Log Module", "Execution Log Module",
+                                        "Plug-in Module"}),
               progressSeen);
     EXPECT_TRUE(capture.Has(2, "[repo] Type already finished running inventory and will be skipped: DataSource"));
     EXPECT_TRUE(repo.GetInstances("DataSource").empty());
@@ -113,7 +114,7 @@ TEST(RRepositoryPluggedTest, RedfishAndChassisCasesLoadNoPlugin)
     fromFile.InitDepModules();
     fromFile.InitDepModules();
     EXPECT_EQ(2, capture.Count("Start to Load Vexa Server modules!"));
-    EXPECT_EQ(50u, fromFile.GetAvailableInstanceTypes().size());
+    EXPECT_EQ(57u, fromFile.GetAvailableInstanceTypes().size());
 }
 
 TEST(RRepositoryPluggedTest, ServerFamilyPrefixesTheCaseWhereTheTableHasOne)

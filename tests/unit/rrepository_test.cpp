@@ -238,6 +238,7 @@ TEST(RRepositoryTest, ModuleFormRunsEveryModuleAndReportsProgress)
                                         "ReportHighlights Module/Report Highlights Module",
                                         "ROSInventoryModule/OSInventory Module",
                                         "HardwareInventoryModule/HardwareInventory Module",
+                                        "BMCEventLogModule/BMC Event Log Module",
                                         "RExecutionLog Module/Execution Log Module"}),
               seen);
     EXPECT_EQ(1u, CountOf(repo, "OperatingSystem"));
