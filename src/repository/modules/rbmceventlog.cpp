@@ -32,6 +32,9 @@ struct RBMCLogType {
 namespace {
 
 const char kUnknown[] = "Unknown";
+// The mode words of a connection that reaches an ESXi host's nodes through its BMC.
+const int kEsxiMode = 1;
+const int kEsxiSubMode = 3;
 // Each log's Index counts its entries from here.
 const int kFirstIndex = 1;
 
@@ -57,6 +60,15 @@ struct RestLog {
     RestSource source;
     const char* failure;
     bool RBMCEventLog::*servedFlag;
+};
+
+// The CIM logs that qmmapp reads, each with the line its failure logs and the flag of a log read.
+typedef int (XModule::qmmapp::*CimSource)(std::vector<QMMMESSAGELOGDATA>& entries);
+struct CimLog {
+    const RBMCLogType* type;
+    CimSource source;
+    const char* failure;
+    bool RBMCEventLog::*readFlag;
 };
 
 struct RowField {
@@ -175,8 +187,8 @@ void RBMCEventLog::ReadViaRest(RRepository& repo, const XModule::ConnectionInfo&
         {&kActiveEventsRest, &XModule::xFirmwareInventory::GetQMMActiveEventsDataViaREST,
          "xFirmwareInventory::GetQMMActiveEventsDataViaREST() returns error = ", nullptr},
     };
-    ReadTargetIdentity(connection);
     XModule::xFirmwareInventory inventory(connection);
+    ReadTargetIdentity(connection, inventory);
     for (const RestLog& log : kRestLogs) {
         std::vector<QMMMESSAGELOGDATA> entries;
         const int ret = (inventory.*log.source)(entries);
@@ -186,14 +198,15 @@ void RBMCEventLog::ReadViaRest(RRepository& repo, const XModule::ConnectionInfo&
     }
 }
 
-void RBMCEventLog::ReadTargetIdentity(const XModule::ConnectionInfo& connection)
+void RBMCEventLog::ReadTargetIdentity(const XModule::ConnectionInfo& connection,
+                                      XModule::xFirmwareInventory& inventory)
 {
     XModule::Agentless::QMMTypeValue type = XModule::Agentless::QMM_TYPE_UNKNOWN;
     XModule::Agentless::QMMTypeAcquire(connection).GetQMMType(type);
     qmmType = type;
     RLOG(3) << "EnumXFirmwareQMMMessageLogInstances, the QMM type is " << qmmType;
     XModule::XFIRMWARESYSTEMVPD vpd;
-    const int ret = XModule::xFirmwareInventory(connection).GetxFirmwareSystemVPD(vpd);
+    const int ret = inventory.GetxFirmwareSystemVPD(vpd);
     if (ret != XModule::INVENTORY_SUCCESS) {
         RLOG(2) << "Get machine type failed. with ret_r code:" << ret;
         return;
@@ -205,52 +218,70 @@ void RBMCEventLog::ReadTargetIdentity(const XModule::ConnectionInfo& connection)
 
 void RBMCEventLog::ReadViaCim(RRepository& repo)
 {
+    typedef void (RBMCEventLog::*CimReader)(RRepository& repo);
+    struct CimMode {
+        ConnectMode mode;
+        CimReader read;
+    };
+    static const CimMode kCimModes[] = {
+        {ConnectLocal, &RBMCEventLog::ReadEachConnection},
+        {ConnectOob, &RBMCEventLog::ReadFirstConnection},
+        {ConnectEsxi, &RBMCEventLog::ReadEsxiNodes},
+    };
     std::string scanned;
     SystemInfoScan::GetMachineType(RHostConnection::Of(repo), scanned);
     RLOG(3) << "EnumXFirmwareQMMMessageLogInstances, the machinetype is " << scanned;
     if (machineType.empty()) machineType = scanned;
-    const std::vector<XModule::ConnectionInfo>& connections = repo.GetCIMConnectionList();
     const ConnectMode mode = repo.GetConnectMode();
-    const bool served = mode == ConnectLocal || mode == ConnectOob || mode == ConnectEsxi;
-    if (served && connections.empty()) {
-        RLOG(2) << "in RBMCEventLog::EnumXFirmwareQMMMessageLogInstances(), the connect_list is empty.";
+    for (const CimMode& served : kCimModes) {
+        if (served.mode != mode) continue;
+        if (repo.GetCIMConnectionList().empty())
+            RLOG(2) << "in RBMCEventLog::EnumXFirmwareQMMMessageLogInstances(), the connect_list is empty.";
+        else
+            (this->*served.read)(repo);
         return;
     }
-    if (mode == ConnectLocal)
-        for (const XModule::ConnectionInfo& connection : connections) ReadThroughQmmapp(repo, connection);
-    else if (mode == ConnectOob)
-        ReadThroughQmmapp(repo, connections.front());
-    else if (mode == ConnectEsxi)
-        ReadEsxiNodes(repo);
-    else
-        RLOG(2) << "XFirmware for [mode=" << mode << "] not implemented.";
+    RLOG(2) << "XFirmware for [mode=" << mode << "] not implemented.";
+}
+
+void RBMCEventLog::ReadEachConnection(RRepository& repo)
+{
+    for (const XModule::ConnectionInfo& connection : repo.GetCIMConnectionList()) ReadThroughQmmapp(repo, connection);
+}
+
+void RBMCEventLog::ReadFirstConnection(RRepository& repo)
+{
+    ReadThroughQmmapp(repo, repo.GetCIMConnectionList().front());
 }
 
 void RBMCEventLog::ReadThroughQmmapp(RRepository& repo, const XModule::ConnectionInfo& connection)
 {
+    static const CimLog kCimLogs[] = {
+        {&kPlatformLog, &XModule::qmmapp::GetQMMPlatformEventLogForInventory,
+         "qmmapp::GetQMMPlatformEventLogForInventory() returns error = ", &RBMCEventLog::platformLogRead},
+        {&kAuditLog, &XModule::qmmapp::GetQMMAuditEventLogForInventory,
+         "qmmapp::GetQMMAuditEventLogForInventory() returns error = ", &RBMCEventLog::auditLogRead},
+    };
     RLOG(3) << "Enum XFirmware with IP is " << connection.host;
     XModule::qmmapp app(connection);
-    if (!platformLogRead) {
+    for (const CimLog& log : kCimLogs) {
+        if (this->*log.readFlag) continue;
         std::vector<QMMMESSAGELOGDATA> entries;
-        const int ret = app.GetQMMPlatformEventLogForInventory(entries);
-        if (ret != XModule::QMMAPP_SUCCESS) RLOG(2) << "qmmapp::GetQMMPlatformEventLogForInventory() returns error = " << ret;
-        platformLogRead = ret == XModule::QMMAPP_SUCCESS;
-        if (platformLogRead) AddEntries(repo, kPlatformLog, entries);
-    }
-    if (!auditLogRead) {
-        std::vector<QMMMESSAGELOGDATA> entries;
-        const int ret = app.GetQMMAuditEventLogForInventory(entries);
-        if (ret != XModule::QMMAPP_SUCCESS) RLOG(2) << "qmmapp::GetQMMAuditEventLogForInventory() returns error = " << ret;
-        auditLogRead = ret == XModule::QMMAPP_SUCCESS;
-        if (auditLogRead) AddEntries(repo, kAuditLog, entries);
+        const int ret = (app.*log.source)(entries);
+        this->*log.readFlag = ret == XModule::QMMAPP_SUCCESS;
+        // A failed read leaves its list empty, whatever came before the failure.
+        if (ret != XModule::QMMAPP_SUCCESS)
+            RLOG(2) << log.failure << ret;
+        else
+            AddEntries(repo, *log.type, entries);
     }
 }
 
 void RBMCEventLog::ReadEsxiNodes(RRepository& repo)
 {
     XModule::ConnectionInfo node = repo.GetCIMConnectionList().front();
-    node.mode = 1;
-    node.subMode = 3;
+    node.mode = kEsxiMode;
+    node.subMode = kEsxiSubMode;
     int count = 1;
     if (XModule::Agentless::ESXINodeNumAcquire(node).GetNodeNumber(count) != 0)
         RLOG(2) << "GetNodeNumber error when try ESXI Mode";

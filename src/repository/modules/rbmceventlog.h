@@ -8,6 +8,10 @@
 #include <string>
 #include <vector>
 
+namespace XModule {
+class xFirmwareInventory;
+}
+
 namespace kestro {
 namespace repository {
 
@@ -29,8 +33,10 @@ private:
     // All logs are read in one pass, whichever of their types is asked for first.
     void EnumXFirmwareQMMMessageLogInstances(RRepository& repo);
     void ReadViaRest(RRepository& repo, const XModule::ConnectionInfo& connection);
-    void ReadTargetIdentity(const XModule::ConnectionInfo& connection);
+    void ReadTargetIdentity(const XModule::ConnectionInfo& connection, XModule::xFirmwareInventory& inventory);
     void ReadViaCim(RRepository& repo);
+    void ReadEachConnection(RRepository& repo);
+    void ReadFirstConnection(RRepository& repo);
     void ReadThroughQmmapp(RRepository& repo, const XModule::ConnectionInfo& connection);
     void ReadEsxiNodes(RRepository& repo);
     void AddEntries(RRepository& repo, const RBMCLogType& log, const std::vector<XModule::QMMMESSAGELOGDATA>& entries);

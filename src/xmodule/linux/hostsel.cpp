@@ -30,6 +30,8 @@ const unsigned char kDataNotPresent = 0xCB;  // an empty log answers the first r
 const unsigned kLastRecordId = 0xFFFF;
 const unsigned char kWholeRecord = 0xFF;
 const int kAnswerWaitMs = 5000;
+// A Reserve SEL answer: completion code and the two bytes of the reservation.
+const std::size_t kReserveAnswer = 3;
 // Header of a Get SEL Entry answer: completion code and the next record's id.
 const std::size_t kEntryHeader = 3;
 
@@ -112,8 +114,8 @@ int HostSel::ReadDevice(const std::string& path, std::vector<SelEvent>& events)
     std::vector<unsigned char> answer;
     // A BMC without reservations answers otherwise; reservation 0 is what it then takes.
     std::vector<unsigned char> reservation(2, 0);
-    if (ipmi.Request(kReserveSel, {}, answer) && answer.size() >= 3 && answer[0] == kCompletionOk)
-        reservation.assign(answer.begin() + 1, answer.begin() + 3);
+    if (ipmi.Request(kReserveSel, {}, answer) && answer.size() >= kReserveAnswer && answer[0] == kCompletionOk)
+        reservation.assign(answer.begin() + 1, answer.begin() + kReserveAnswer);
     for (unsigned id = 0, count = 0; id != kLastRecordId && count <= kLastRecordId; ++count) {
         if (!ipmi.Request(kGetSelEntry, EntryRequest(reservation, id), answer)) return HOST_SEL_UNREADABLE;
         if (answer[0] == kDataNotPresent && events.empty()) return HOST_SEL_READ;
