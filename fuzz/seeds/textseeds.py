@@ -257,5 +257,13 @@ seed('miscparsers', b'name=dps800\npower1_label=pout1\npower1_input=412500000\nc
      b'in1_alarm=1\ntype=Mains\nonline=1\npresent=1\nhealth=Good\nmodel_name=PSU A\npower_now=98000000\n',
      bytes([14]))
 
+# The BMC event log readers behind their selector byte (see fuzz/targets/eventlogs.cpp).
+test_literals('eventlogs', [unit('hostsel')], bytes([1]))
+for path in ['Systems/Node-A1/index.json', 'Systems/Node-A1/LogServices/SEL/Entries/index.json',
+             'Systems/Node-A1/LogServices/SEL/Entries/4/index.json']:
+    file_seed('eventlogs', os.path.join(ROOT, 'tests/fixtures/bmc/standard/redfish/v1', path), bytes([2]))
+file_seed('eventlogs', os.path.join(ROOT, 'data/EventID_SupportLists.json'), bytes([3]))
+test_literals('eventlogs', [unit('reventidlink')], bytes([3]))
+
 for target in sorted(written):
     print('%-16s %d seeds' % (target, written[target]))

@@ -1,5 +1,6 @@
 #include "rmoduletable.h"
 
+#include "repository/modules/rbmceventlog.h"
 #include "repository/modules/rcfcbmclogsinventorymodule.h"
 #include "repository/modules/rcfcenvironmentinfoinventorymodule.h"
 #include "repository/modules/rcfcfirmwareinventorymodule.h"
@@ -51,7 +52,8 @@ const RowModules kRows[] = {
       Make<RDataSourceModule>, Make<RReportHighlightsModule>, Make<RExecutionLogModule>, Make<RLegacyModule>}},
     {RModuleTable::RowOrdinary,
      {Make<RDataSourceModule>, Make<RReportHighlightsModule>, Make<ROSInventoryModule>,
-      Make<RHardwareInventoryModule>, Make<RNetworkModule>, Make<RLSIOptModule>, Make<RExecutionLogModule>}},
+      Make<RHardwareInventoryModule>, Make<RNetworkModule>, Make<RLSIOptModule>,
+      Make<RBMCEventLog>, Make<RExecutionLogModule>}},
 };
 
 void AppendAll(const std::vector<ModuleMaker>& makers, RModuleList& modules)

@@ -17,5 +17,5 @@ TEST(RRepositoryNoEntryTest, PluginsWithoutEntriesAreLoggedAndIgnored)
     EXPECT_EQ(2, capture.Count("[repo] Unable to find required interface in !!!")) << capture.Dump();
     EXPECT_EQ(0, capture.Count("Start to Load Vexa Server modules!"));
     EXPECT_EQ(kestro::SYSTEM_NO_FAMILY, kestro::SystemType::GetInstance()->GetSystemType());
-    EXPECT_EQ(65u, repo.GetAvailableInstanceTypes().size());
+    EXPECT_EQ(72u, repo.GetAvailableInstanceTypes().size());
 }

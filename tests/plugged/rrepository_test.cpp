@@ -53,14 +53,15 @@ TEST(RRepositoryPluggedTest, PluginModulesJoinOrdinaryCasesAfterTheTable)
     const std::vector<std::string> available = repo.GetAvailableInstanceTypes();
     EXPECT_EQ(2, std::count(available.begin(), available.end(), "DataSource"));
     EXPECT_EQ(1, std::count(available.begin(), available.end(), "Zulu"));
-    EXPECT_EQ(68u, available.size());
+    EXPECT_EQ(75u, available.size());
 
     for (const char* type : {"ApplicationEvent", "QMMMessageLogData", "SecurityEvent", "SystemEvent"})
         RInstance(type, type, -1).AddToRepository(repo);
     progressSeen.clear();
     repo.RunInventory(RecordProgress);
     EXPECT_EQ((std::vector<std::string>{"Legacy Module", "Data Source", "Report Highlights Module",
-                                        "OSInventory Module", "HardwareInventory Module", "Network Module", "LSIOpt Module", "Execution Log Module",
+                                        "OSInventory Module", "HardwareInventory Module", "Network Module", "LSIOpt Module",
+                                        "BMC Event Log Module", "Execution Log Module",
                                         "Plug-in Module"}),
               progressSeen);
     EXPECT_TRUE(capture.Has(2, "[repo] Type already finished running inventory and will be skipped: DataSource"));
@@ -114,7 +115,7 @@ TEST(RRepositoryPluggedTest, RedfishAndChassisCasesLoadNoPlugin)
     fromFile.InitDepModules();
     fromFile.InitDepModules();
     EXPECT_EQ(2, capture.Count("Start to Load Vexa Server modules!"));
-    EXPECT_EQ(71u, fromFile.GetAvailableInstanceTypes().size());
+    EXPECT_EQ(78u, fromFile.GetAvailableInstanceTypes().size());
 }
 
 TEST(RRepositoryPluggedTest, ServerFamilyPrefixesTheCaseWhereTheTableHasOne)

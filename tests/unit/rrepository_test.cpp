@@ -240,6 +240,7 @@ TEST(RRepositoryTest, ModuleFormRunsEveryModuleAndReportsProgress)
                                         "HardwareInventoryModule/HardwareInventory Module",
                                         "NetworkModule/Network Module",
                                         "LSIOptModule/LSIOpt Module",
+                                        "BMCEventLogModule/BMC Event Log Module",
                                         "RExecutionLog Module/Execution Log Module"}),
               seen);
     EXPECT_EQ(1u, CountOf(repo, "OperatingSystem"));
