@@ -29,8 +29,9 @@ std::int64_t TransferDeadline::RemainingMs()
     if (ticks == 0) return 0;
     const Clock::duration left = Clock::time_point(Clock::duration(ticks)) - Clock::now();
     if (left <= Clock::duration::zero()) return 0;
-    const std::int64_t ms = std::chrono::duration_cast<std::chrono::milliseconds>(left).count();
-    return ms > 0 ? ms : 1;
+    // Rounded up, so that a transfer cut after this many milliseconds ends at or past the deadline,
+    // never a fraction before it, where the driver would not see its limit reached.
+    return std::chrono::ceil<std::chrono::milliseconds>(left).count();
 }
 
 }  // namespace XModule

@@ -18,7 +18,7 @@ public:
     static void Clear();
     static bool IsSet();
     static bool Passed();
-    // Milliseconds left, at least 1 while the deadline lies ahead; 0 once it has passed.
+    // Milliseconds left, rounded up (so at least 1 while the deadline lies ahead); 0 once it has passed.
     static std::int64_t RemainingMs();
 };
 

@@ -2,6 +2,7 @@
 
 #include "xmodule/agentless/raidcodes.h"
 #include "xmodule/agentless/redfishstoragereader.h"
+#include "xmodule/hardwareinventory/hardwareinventory.h"
 #include "xmodule/ihv/arcconfparser.h"
 #include "xmodule/ihv/marvellparser.h"
 #include "xmodule/ihv/storcliparser.h"
@@ -80,7 +81,11 @@ void ReadThisHost(std::vector<XMOptions::RaidAdapter>& adapters)
 
 RAIDLink::RAIDLink(const ConnectionInfo& connection) : connection(connection), numericCodes(false) {}
 
-RAIDLink::RAIDLink(const ConnectionInfo& cim, const ConnectionInfo&) : connection(cim), numericCodes(true) {}
+// A Whitley host shows the coded fields as they stand, so its own readers hand over words.
+RAIDLink::RAIDLink(const ConnectionInfo& cim, const ConnectionInfo&)
+    : connection(cim), numericCodes(cim.isBmc || !Hardwareinventory::Hardwareinventory::IsWhitleyPlatform())
+{
+}
 
 bool RAIDLink::IsAgentlessSupported()
 {

@@ -13,7 +13,8 @@ namespace Agentless {
 // host reads its NVMe and SATA SSDs from sysfs and its RAID controllers through the vendor's
 // utility. A reader of one connection gives the coded fields as words; a reader of two (the CIM
 // connection with the Redfish one beside it) gives them as the numeric codes of the older
-// firmware, so that a caller maps both kinds to the same words.
+// firmware, so that a caller maps both kinds to the same words; only this host's readers on a
+// Whitley platform, whose coded fields are shown as they stand, give words there too.
 class RAIDLink {
 public:
     enum Result { RAID_OK = 0, RAID_UNREADABLE = 1 };
