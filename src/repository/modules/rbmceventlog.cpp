@@ -2,10 +2,10 @@
 
 #include "kestro/repository/rinstance.h"
 #include "kestro/repository/rrepository.h"
+#include "repository/modules/resxinodes.h"
 #include "repository/modules/reventidlink.h"
 #include "repository/modules/rhostconnection.h"
 #include "repository/modules/rtableforms.h"
-#include "xmodule/agentless/esxinodenumacquire.h"
 #include "xmodule/agentless/qmmapp.h"
 #include "xmodule/agentless/qmmtypeacquire.h"
 #include "xmodule/agentless/systeminfoscan.h"
@@ -33,8 +33,6 @@ namespace {
 
 const char kUnknown[] = "Unknown";
 // The mode words of a connection that reaches an ESXi host's nodes through its BMC.
-const int kEsxiMode = 1;
-const int kEsxiSubMode = 3;
 // Each log's Index counts its entries from here.
 const int kFirstIndex = 1;
 
@@ -279,15 +277,7 @@ void RBMCEventLog::ReadThroughQmmapp(RRepository& repo, const XModule::Connectio
 
 void RBMCEventLog::ReadEsxiNodes(RRepository& repo)
 {
-    XModule::ConnectionInfo node = repo.GetCIMConnectionList().front();
-    node.mode = kEsxiMode;
-    node.subMode = kEsxiSubMode;
-    int count = 1;
-    if (XModule::Agentless::ESXINodeNumAcquire(node).GetNodeNumber(count) != 0)
-        RLOG(2) << "GetNodeNumber error when try ESXI Mode";
-    RLOG(3) << "multi-node num is:" << count;
-    for (int index = 0; index < count; ++index) {
-        node.nodeIndex = static_cast<std::uint16_t>(index);
+    for (const XModule::ConnectionInfo& node : REsxiNodes::Of(repo.GetCIMConnectionList().front())) {
         std::vector<QMMMESSAGELOGDATA> entries;
         const int ret = XModule::xFirmwareInventory(node).GetQMMMessageLogDataCIM(entries);
         if (ret != XModule::INVENTORY_SUCCESS) {

@@ -4,7 +4,7 @@
 #include "kestro/repository/rinstanceswrapper.h"
 #include "kestro/repository/rrepository.h"
 #include "kestro/repository/rtooltip.h"
-#include "xmodule/agentless/esxinodenumacquire.h"
+#include "repository/modules/resxinodes.h"
 #include "xmodule/agentless/qmmtypeacquire.h"
 #include "xmodule/agentless/raidlink.h"
 #include "xmodule/ihv/arcconfopt.h"
@@ -486,16 +486,8 @@ void RLSIOptModule::EnumOutOfBand(RRepository& repo)
 void RLSIOptModule::EnumEsxi(RRepository& repo)
 {
     RLOG(3) << "Entering ESXi Mode";
-    XModule::ConnectionInfo node = repo.GetCIMConnectionList().front();
-    node.mode = 1;
-    node.subMode = 3;
-    int count = 1;
-    if (XModule::Agentless::ESXINodeNumAcquire(node).GetNodeNumber(count) != 0)
-        RLOG(2) << "GetNodeNumber error when try ESXI Mode";
-    RLOG(3) << "multi-node num is:" << count;
     const XModule::ConnectionInfo redfish = repo.GetRedfishConnection();
-    for (int i = 0; i < count; ++i) {
-        node.nodeIndex = static_cast<std::uint16_t>(i);
+    for (const XModule::ConnectionInfo& node : REsxiNodes::Of(repo.GetCIMConnectionList().front())) {
         XModule::Agentless::RAIDLink link(node, redfish);
         if (link.IsAgentlessSupported() == true) {
             RLOG(3) << "Entering ESXI Agentless Mode";

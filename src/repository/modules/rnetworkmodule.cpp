@@ -4,8 +4,8 @@
 #include "kestro/repository/rinstanceswrapper.h"
 #include "kestro/repository/rrepository.h"
 #include "kestro/systemtype/systemcheck.h"
+#include "repository/modules/resxinodes.h"
 #include "repository/modules/rtableforms.h"
-#include "xmodule/agentless/esxinodenumacquire.h"
 #include "xmodule/agentless/network.h"
 #include "xmodule/ihv/emulex.h"
 #include "xmodule/ihv/mellanox.h"
@@ -242,17 +242,7 @@ void RNetworkModule::EnumEsxi(RRepository& repo)
         RLOG(2) << "in RNetworkModule::EnumAdapterInstances(), the connect_list is empty.";
         return;
     }
-    XModule::ConnectionInfo node = connections.front();
-    node.mode = 1;
-    node.subMode = 3;
-    int count = 1;
-    if (XModule::Agentless::ESXINodeNumAcquire(node).GetNodeNumber(count) != 0)
-        RLOG(2) << "GetNodeNumber error when try ESXI Mode";
-    RLOG(3) << "multi-node num is:" << count;
-    for (int index = 0; index < count; ++index) {
-        node.nodeIndex = static_cast<std::uint16_t>(index);
-        EnumOneConnection(repo, node);
-    }
+    for (const XModule::ConnectionInfo& node : REsxiNodes::Of(connections.front())) EnumOneConnection(repo, node);
 }
 
 void RNetworkModule::EnumOverRedfish(RRepository& repo)
