@@ -66,6 +66,9 @@ void GetLinksAhead(RedfishClient& client, const std::string& baseUrl, const boos
 {
     std::vector<std::string> urls;
     for (const boost::json::value& entry : links) {
+        // A member given whole (an expanded collection) needs no fetch of its own.
+        const boost::json::object* object = entry.if_object();
+        if (object == nullptr || object->size() != 1) continue;
         const std::string link = ReadJsonString(entry, "/@odata.id", "");
         if (!link.empty()) urls.push_back(baseUrl + link);
     }

@@ -32,8 +32,8 @@ RestSession MakeRestSession(const XModule::ConnectionInfo& connection);
 // "Failed to get url <full url>, error code is <httpCode>".
 void FetchUrl(RestSession& session, RestResult& result, const std::string& url, int levels);
 
-// Within an inventory run, GETs ahead the "@odata.id" of every member of a collection page and
-// its next page, so that a walk that reads them one by one finds them fetched.
+// Within an inventory run, GETs ahead the "@odata.id" of every member of a collection page that is
+// a bare link, and its next page, so that a walk that reads them one by one finds them fetched.
 void GetMembersAhead(RestSession& session, const boost::json::value& page);
 // The same for a list of link objects ({"@odata.id": ...}) under `baseUrl`, read by `client`.
 void GetLinksAhead(RedfishClient& client, const std::string& baseUrl, const boost::json::array& links,

@@ -60,6 +60,7 @@ bool BmcReader::Members(const std::string& path, std::vector<std::string>& membe
         boost::json::value doc;
         if (!Get(page, doc)) return false;
         AppendMemberLinks(doc, members);
+        Rest::GetMembersAhead(d->session, doc);
         page = Rest::ReadJsonString(doc, "/Members@odata.nextLink", "");
     }
     return true;

@@ -22,7 +22,8 @@ public:
     // GETs `path` ("/redfish/v1/...") and parses it.
     bool Get(const std::string& path, boost::json::value& doc);
     // The "@odata.id" of every member of the collection at `path`, over all its pages
-    // ("Members@odata.nextLink").
+    // ("Members@odata.nextLink"). Within an inventory run the members are fetched ahead, several at
+    // a time, for the reads that follow.
     bool Members(const std::string& path, std::vector<std::string>& members);
     // The first member of the collection at `path`; empty when it has none or cannot be read.
     // Servers name their system and chassis as they like, so "1" is never assumed.
