@@ -3,6 +3,7 @@
 #include "kestro/xmodule/kestrodirectory.h"
 #include "xmodule/hardwareinventory/hardwareinventory.h"
 #include "xmodule/linux/redfishhostinterface.h"
+#include "xmodule/transferdeadline.h"
 #include "xmodule/rlog.h"
 #include "rest/jsonread.h"
 #include "rest/restsession.h"
@@ -86,6 +87,15 @@ bool SystemCheck::FindHostInterfaceBmc(ConnectionInfo& bmc)
         }
     }
     return false;
+}
+
+bool SystemCheck::IsRedfishSupported(const ConnectionInfo& connection, int seconds)
+{
+    if (TransferDeadline::IsSet() || seconds <= 0) return IsRedfishSupported(connection);
+    TransferDeadline::Set(TransferDeadline::Clock::now() + std::chrono::seconds(seconds));
+    const bool supported = IsRedfishSupported(connection);
+    TransferDeadline::Clear();
+    return supported;
 }
 
 bool SystemCheck::IsWhitleyPlatform() { return Hardwareinventory::Hardwareinventory::IsWhitleyPlatform(); }

@@ -116,6 +116,25 @@ TEST(KestroFaultsTest, EachBrokenBmcEndsInTimeWithALogLineAndTheOtherRecordsKept
     }
 }
 
+// The first check of a BMC, before any type runs, ends at the time limit of one type too.
+TEST(KestroFaultsTest, AServiceRootThatNeverAnswersEndsTheFirstCheckAtTheTypeLimit)
+{
+    for (const char* option : {"--redfish", "--bmc"}) {
+        LoopbackBmc bmc(FullBmcOptions(kPassword));
+        bmc.Start();
+        bmc.StallAnswers("/redfish/v1");
+        TempDir dir;
+        dir.Write("home/global.config", "KESTRO_TYPE_TIME_LIMIT=2\n");
+        EXPECT_EQ(0, symlink(KESTRO_SOURCE_DATA, (dir.Path() + "/home/data").c_str()));
+        const auto start = std::chrono::steady_clock::now();
+        const CommandRun run = RunCommand("KESTRO_HOME='" + dir.Path() + "/home' '" KESTRO_TOOL_PATH "' inventory " +
+                                          option + " " + FullBmcUrl(bmc, kPassword) + " --output " + dir.Path() +
+                                          "/out 2>&1 </dev/null");
+        EXPECT_LT(std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count(), 30) << option;
+        EXPECT_EQ(13, run.status) << option << "\n" << run.output;
+    }
+}
+
 namespace {
 
 const char* const kGoodFile = "<kestro><repository><mode>cfc_oob</mode><Processor><display>cpu0</display>"

@@ -2,6 +2,7 @@
 #include "kestro/repository/rrepository.h"
 #include "kestro/results/kestroresult.h"
 #include "kestro/systemtype/systemcheck.h"
+#include "kestro/xmodule/globalconfig.h"
 #include "kestro/xmodule/log.h"
 #include "kestro/xmodule/rootprefix.h"
 #include "kestro/xmodule/unreadable.h"
@@ -28,6 +29,7 @@ const char kToolName[] = "kestro";
 const char kInventoryFile[] = "inventory.xml";
 const char kCompareFile[] = "compare.xml";
 const char kLogFile[] = "kestro.log";
+const int kDefaultTypeTimeLimit = 600;
 
 const char kUsage[] =
     "usage: kestro <command> [options]\n"
@@ -190,6 +192,9 @@ bool FindRedfishCase(const std::string& name, kestro::repository::RInventoryCase
     return false;
 }
 
+// The first check of a BMC gets the time one type of the run would get.
+int CheckTimeLimit() { return XModule::GetGlobalConfigValue("KESTRO_TYPE_TIME_LIMIT", kDefaultTypeTimeLimit); }
+
 // Everything about the BMC is checked before the output folder is made.
 int ReadRedfishTarget(const Options& options, XModule::ConnectionInfo& target,
                       kestro::repository::RInventoryCase& inventoryCase)
@@ -212,7 +217,7 @@ int RunRedfishInventory(const Options& options)
     if (const int failed = ReadRedfishTarget(options, target, inventoryCase)) return failed;
     if (const int failed = PrepareOutput(options)) return failed;
     // Without this a wrong address or password would give an empty report and a success.
-    if (!XModule::SystemCheck::IsRedfishSupported(target))
+    if (!XModule::SystemCheck::IsRedfishSupported(target, CheckTimeLimit()))
         return Fail(results::RESULT_CONNECTION_FAILED, "no Redfish service answers at " + target.host +
                                                            ", see " + LogPath(options));
     if (inventoryCase != kestro::repository::CaseOob) {
@@ -252,7 +257,7 @@ int FindOwnBmc(const Options& options, std::vector<XModule::ConnectionInfo>& bmc
     if (!ParseRedfishUrl(options.bmcUrl, bmc, problem) || !CompletePassword(bmc, problem))
         return Fail(results::RESULT_INVALID_PARAMETER, problem);
     bmc.caFile = options.caFile;
-    if (!XModule::SystemCheck::IsRedfishSupported(bmc))
+    if (!XModule::SystemCheck::IsRedfishSupported(bmc, CheckTimeLimit()))
         return Fail(results::RESULT_CONNECTION_FAILED, "no Redfish service answers at " + bmc.host);
     bmcs.push_back(bmc);
     return 0;

@@ -23,6 +23,9 @@ public:
     static bool IsCFCPlatformV2(const ConnectionInfo& connection);
     // The service root answers 200 with a JSON object that states its "RedfishVersion".
     static bool IsRedfishSupported(const ConnectionInfo& connection);
+    // The same within `seconds` in all, retries of a starting service included, when no time limit
+    // of a run already bounds the transfers: a check before a run ends even when the BMC never does.
+    static bool IsRedfishSupported(const ConnectionInfo& connection, int seconds);
     // The name of the firmware release the BMC runs, as its service root states it under
     // "Oem"/"Orvena"/"ReleaseName"; settings differ between releases. Empty when the root can't
     // be read or names none.
