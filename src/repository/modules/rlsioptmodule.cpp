@@ -276,7 +276,7 @@ RInstance MakeStorageInstance(const std::string& type, const std::string& displa
 {
     RInstance instance(type, display, id);
     instance.AddToolTip(RToolTip::Instance()->GetTypeTip(kGroup, type));
-    RLOG(4) << "Calling EnumAdapterInstancesCallback " << kGroup << "->" << type;
+    RLOG(4) << "Calling EnumAdapterInstancesCallback" << kGroup << "->" << type;
     return instance;
 }
 
@@ -707,7 +707,7 @@ bool RLSIOptModule::IsQccBmc(RRepository& repo)
     }
     XModule::Agentless::QMMTypeValue type = XModule::Agentless::QMM_TYPE_QCC;
     if (XModule::Agentless::QMMTypeAcquire(cim.front()).GetQMMType(type) != 0) {
-        RLOG(3) << "Failed to get QMM type, set BMC type as QCC";
+        RLOG(2) << "Failed to get QMM type, set BMC type as QCC";
         return true;
     }
     RLOG(3) << "Get QMM type successfully, BMC type: " << type;
