@@ -260,11 +260,9 @@ void RNetworkModule::EnumOverRedfish(RRepository& repo)
 
 void RNetworkModule::EnumOneConnection(RRepository& repo, const XModule::ConnectionInfo& connection)
 {
+    // A connection or node without the agentless interface is passed over without a word.
     XModule::Agentless::Network network(connection);
-    if (!network.IsAgentlessSupported()) {
-        RLOG(2) << "This system is non-Agentless supported.";
-        return;
-    }
+    if (!network.IsAgentlessSupported()) return;
     std::vector<NetworkAdapter> adapters;
     const int ret = network.GetAdapterInfo(adapters);
     RLOG(3) << "The value of ret is:" << ret;
