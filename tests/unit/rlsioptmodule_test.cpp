@@ -308,6 +308,7 @@ TEST(RLSIOptModuleTest, VendorRawDataRunsOnlyInItsModes)
         {ConnectLocal, "ARCCONFRawData", 7, "arcconf"},   {ConnectLocalAmd, "ARCCONFRawData", 0, ""},
         {ConnectLocal, "MARVELLRawData", 4, ""},          {ConnectLocalAmd, "MARVELLRawData", 4, ""},
         {ConnectEsxi, "MARVELLRawData", 0, ""},           {ConnectOob, "SEACHESTRawData", 0, ""},
+        {ConnectOob, "RAIDSHOWRawData", 1, ""},
     };
     for (const Case& c : cases) {
         RRepository repo(c.mode);
@@ -319,6 +320,10 @@ TEST(RLSIOptModuleTest, VendorRawDataRunsOnlyInItsModes)
         EXPECT_EQ(std::vector<std::string>({"Command", "Description", "RawData*"}), ShownKeysOf(repo, c.type));
         EXPECT_EQ(c.utility, Column(repo, c.type, "Utility").front()) << c.type;
     }
+    RRepository shown(ConnectOob);
+    RLSIOptModule().EnumInstances("RAIDSHOWRawData", shown);
+    EXPECT_EQ(std::vector<std::string>({"raid show"}), Column(shown, "RAIDSHOWRawData", "Description"));
+    EXPECT_EQ(std::vector<std::string>({"raid_show.txt"}), Column(shown, "RAIDSHOWRawData", "Filename"));
     // arcconf: one host command, then three per controller, each named after its controller.
     RRepository repo(ConnectLocal);
     RLSIOptModule module;

@@ -5,6 +5,7 @@
 #include "kestro/repository/rrepository.h"
 #include "kestro/repository/rtooltip.h"
 #include "repository/modules/resxinodes.h"
+#include "repository/modules/rrawdatarows.h"
 #include "xmodule/agentless/qmmtypeacquire.h"
 #include "xmodule/agentless/raidlink.h"
 #include "xmodule/ihv/arcconfopt.h"
@@ -297,15 +298,7 @@ void AddSsdFields(RInstance& instance, const opt::SSD& ssd)
 RInstance MakeRawDataInstance(const RawDataForm& form, const RawData_& record, const std::string& command)
 {
     RInstance instance = MakeStorageInstance(form.type, form.display, kNoId);
-    instance.AddProperty("Command", "Command", command, false);
-    instance.AddProperty("Description", "Description", record.description, false);
-    instance.AddProperty("RawData", "Raw Data", record.rawData, false);
-    if (form.utilityRows) {
-        instance.AddProperty("Utility", "Utility", record.utility, true);
-        instance.AddProperty("DeviceID", "Device ID", record.deviceId, true);
-    }
-    instance.AddProperty("Filename", "File Name", record.fileName, true);
-    instance.AddPropertyAttr("RawData", "raw");
+    AddRawDataRows(instance, record, command, form.utilityRows);
     return instance;
 }
 
@@ -754,13 +747,12 @@ void RLSIOptModule::EnumRaidShowRawData(RRepository& repo)
     XModule::ConvertUserContextToConnectOption(repo.GetUserContext(), connectOption);
     RaidConfig::RaidConfigOption option;
     option.connectOption = connectOption;
-    const std::string result = service::ServiceRaid(option).GetRaidShowResult();
+    RawData_ record;
+    record.rawData = service::ServiceRaid(option).GetRaidShowResult();
+    record.command = record.description = "raid show";
+    record.fileName = "raid_show.txt";
     RInstance instance = MakeStorageInstance("RAIDSHOWRawData", "Raid Show Raw Data", kNoId);
-    instance.AddProperty("Command", "Command", std::string("raid show"), false);
-    instance.AddProperty("Description", "Description", std::string("raid show"), false);
-    instance.AddProperty("RawData", "Raw Data", result, false);
-    instance.AddProperty("Filename", "File Name", std::string("raid_show.txt"), true);
-    instance.AddPropertyAttr("RawData", "raw");
+    AddRawDataRows(instance, record, record.command, false);
     instance.AddToRepository(repo);
 }
 

@@ -5,6 +5,7 @@
 #include "kestro/repository/rrepository.h"
 #include "kestro/systemtype/systemcheck.h"
 #include "repository/modules/resxinodes.h"
+#include "repository/modules/rrawdatarows.h"
 #include "repository/modules/rtableforms.h"
 #include "xmodule/agentless/network.h"
 #include "xmodule/ihv/emulex.h"
@@ -386,11 +387,7 @@ void RNetworkModule::AddRawDataInstances(RRepository& repo, const std::string& t
     const std::vector<int>& adapters = rawDataAdapterIds[type];
     for (const RawData_& record : records) {
         RInstance instance(type, display, kNoId);
-        instance.AddProperty("Command", "Command", record.command);
-        instance.AddProperty("Description", "Description", record.description);
-        instance.AddProperty("RawData", "Raw Data", record.rawData);
-        instance.AddProperty("Filename", "File Name", record.fileName, true);
-        instance.AddPropertyAttr("RawData", "raw");
+        AddRawDataRows(instance, record, record.command, false);
         // A record names one parent: the first adapter of the maker, under whose row it shows.
         if (!adapters.empty()) instance.AddReference("PCIAdapter", adapters.front());
         instance.AddToRepository(repo);
