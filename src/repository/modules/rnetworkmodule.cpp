@@ -6,6 +6,7 @@
 #include "kestro/systemtype/systemcheck.h"
 #include "repository/modules/resxinodes.h"
 #include "repository/modules/rrawdatarows.h"
+#include "repository/modules/rrecordfields.h"
 #include "repository/modules/rtableforms.h"
 #include "xmodule/agentless/network.h"
 #include "xmodule/ihv/emulex.h"
@@ -31,15 +32,7 @@ using XModule::Agentless::NetworkPort;
 using XModule::Agentless::NetworkSoftwareIdentity;
 using XModule::XModuleIHV::RawData_;
 
-template <class Record>
-struct NetworkField {
-    const char* key;
-    const char* display;
-    std::string Record::*member;
-    bool xmlonly;
-};
-
-const NetworkField<NetworkAdapter> kAdapterFields[] = {
+const RXmlRecordField<NetworkAdapter> kAdapterFields[] = {
     {"Name", "Name", &NetworkAdapter::Name, false},
     {"Slot", "Slot", &NetworkAdapter::Slot, false},
     {"Tag", "Tag", &NetworkAdapter::Tag, false},
@@ -54,7 +47,7 @@ const NetworkField<NetworkAdapter> kAdapterFields[] = {
     {"Caption", "Caption", &NetworkAdapter::Caption, false},
 };
 
-const NetworkField<NetworkPort> kPortFields[] = {
+const RXmlRecordField<NetworkPort> kPortFields[] = {
     {"Name", "Name", &NetworkPort::Name, false},
     {"LinkTechnology", "Link Technology", &NetworkPort::LinkTechnology, false},
     {"MaxSpeed", "Max Speed", &NetworkPort::MaxSpeed, false},
@@ -72,7 +65,7 @@ const NetworkField<NetworkPort> kPortFields[] = {
     {"ConfiguredLAMA", "ConfiguredLAMA", &NetworkPort::ConfiguredLAMA, true},
 };
 
-const NetworkField<NetworkSoftwareIdentity> kSoftwareIdentityFields[] = {
+const RXmlRecordField<NetworkSoftwareIdentity> kSoftwareIdentityFields[] = {
     {"Description", "Description", &NetworkSoftwareIdentity::Description, false},
     {"ElementName", "Element Name", &NetworkSoftwareIdentity::ElementName, false},
     {"ProductName", "Product Name", &NetworkSoftwareIdentity::ProductName, false},
@@ -93,11 +86,10 @@ const NetworkField<NetworkSoftwareIdentity> kSoftwareIdentityFields[] = {
 
 template <class Record, std::size_t N>
 RInstance MakeInstance(const char* type, const char* display, int id, const Record& record,
-                       const NetworkField<Record> (&fields)[N])
+                       const RXmlRecordField<Record> (&fields)[N])
 {
     RInstance instance(type, display, id);
-    for (const NetworkField<Record>& field : fields)
-        instance.AddProperty(field.key, field.display, record.*field.member, field.xmlonly);
+    AddRecordFields(instance, record, fields);
     return instance;
 }
 
