@@ -189,6 +189,7 @@ TEST(RLSIOptModuleTest, InBandReadsThisHostsSsdsAndStorcliControllers)
     module.EnumInstances("SSD", repo);
     EXPECT_TRUE(capture.Has(3, "[repo] Entering InBand Agentless Mode")) << capture.Dump();
     EXPECT_TRUE(capture.Has(3, "[repo] raid_adap_group.size():3"));
+    EXPECT_TRUE(capture.Has(4, "[repo] Calling EnumAdapterInstancesCallbackstorage_devices->NonRaidOrDirect"));
 
     std::vector<RInstance*> nvme = repo.GetInstances("NonRaidOrDirect");
     ASSERT_EQ(1u, nvme.size());
@@ -235,7 +236,7 @@ TEST(RLSIOptModuleTest, InBandReadsThisHostsSsdsAndStorcliControllers)
     // The raw output of storcli's own commands, the utility folder cut from the command.
     module.EnumInstances("LSIRawData", repo);
     // This host's own connection has no BMC to ask.
-    EXPECT_TRUE(capture.Has(3, "[repo] Failed to get QMM type, set BMC type as QCC")) << capture.Dump();
+    EXPECT_TRUE(capture.Has(2, "[repo] Failed to get QMM type, set BMC type as QCC")) << capture.Dump();
     const std::vector<std::string> commands = Column(repo, "LSIRawData", "Command");
     ASSERT_EQ(7u, commands.size());  // a QCC BMC's event log is not read again
     EXPECT_EQ("storcli64 show all", commands[0]);
@@ -307,6 +308,7 @@ TEST(RLSIOptModuleTest, VendorRawDataRunsOnlyInItsModes)
         {ConnectLocal, "ARCCONFRawData", 7, "arcconf"},   {ConnectLocalAmd, "ARCCONFRawData", 0, ""},
         {ConnectLocal, "MARVELLRawData", 4, ""},          {ConnectLocalAmd, "MARVELLRawData", 4, ""},
         {ConnectEsxi, "MARVELLRawData", 0, ""},           {ConnectOob, "SEACHESTRawData", 0, ""},
+        {ConnectOob, "RAIDSHOWRawData", 1, ""},
     };
     for (const Case& c : cases) {
         RRepository repo(c.mode);
@@ -318,6 +320,10 @@ TEST(RLSIOptModuleTest, VendorRawDataRunsOnlyInItsModes)
         EXPECT_EQ(std::vector<std::string>({"Command", "Description", "RawData*"}), ShownKeysOf(repo, c.type));
         EXPECT_EQ(c.utility, Column(repo, c.type, "Utility").front()) << c.type;
     }
+    RRepository shown(ConnectOob);
+    RLSIOptModule().EnumInstances("RAIDSHOWRawData", shown);
+    EXPECT_EQ(std::vector<std::string>({"raid show"}), Column(shown, "RAIDSHOWRawData", "Description"));
+    EXPECT_EQ(std::vector<std::string>({"raid_show.txt"}), Column(shown, "RAIDSHOWRawData", "Filename"));
     // arcconf: one host command, then three per controller, each named after its controller.
     RRepository repo(ConnectLocal);
     RLSIOptModule module;

@@ -148,21 +148,28 @@ TEST(RNetworkModuleTest, NoSourceIsLoggedAndTheRunGoesOn)
 {
     struct NoSourceCase {
         ConnectMode mode;
+        bool remoteHost;                 // a CIM connection to a host without the agentless interface
         std::vector<std::string> lines;  // level 2, in this order
     };
     const NoSourceCase cases[] = {
-        {kestro::repository::ConnectLocal,
+        {kestro::repository::ConnectLocal, false,
          {"This system is non-Agentless supported.",
           "Quantrel Essentials Kestro depends on the BMC Agentless interface,",
           "customers should update xFW and options FW to above certain levels then AC.",
           "(xFW:  2Q15 QUSP or above, Options fw:  2Q15 QUSP or above)"}},
-        {kestro::repository::ConnectEsxi, {"in RNetworkModule::EnumAdapterInstances(), the connect_list is empty."}},
-        {kestro::repository::ConnectCfc, {}},
+        {kestro::repository::ConnectEsxi, false,
+         {"in RNetworkModule::EnumAdapterInstances(), the connect_list is empty."}},
+        {kestro::repository::ConnectCfc, false, {}},
+        {kestro::repository::ConnectOob, true, {}},
+        {kestro::repository::ConnectEsxi, true, {"GetNodeNumber error when try ESXI Mode"}},
     };
     for (const NoSourceCase& c : cases) {
         SCOPED_TRACE(c.mode);
         RRepository repo(kestro::repository::ConnectNone);
         repo.SetConnectMode(c.mode);
+        XModule::ConnectionInfo remote;
+        remote.host = "192.0.2.7";
+        if (c.remoteHost) repo.SetCIMConnectionList(std::vector<XModule::ConnectionInfo>(1, remote));
         RNetworkModule module;
         LogCapture log;
         module.EnumInstances("PCIPort", repo);

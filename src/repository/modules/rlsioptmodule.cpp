@@ -5,6 +5,8 @@
 #include "kestro/repository/rrepository.h"
 #include "kestro/repository/rtooltip.h"
 #include "repository/modules/resxinodes.h"
+#include "repository/modules/rrawdatarows.h"
+#include "repository/modules/rrecordfields.h"
 #include "xmodule/agentless/qmmtypeacquire.h"
 #include "xmodule/agentless/raidlink.h"
 #include "xmodule/ihv/arcconfopt.h"
@@ -38,16 +40,7 @@ int poolId = 0;
 int diskId = 0;
 int nonRaidId = 0;
 
-// One shown property of a platform record; `xmlonly` hides it from the report.
-template <class Record>
-struct StorageField {
-    const char* key;
-    const char* display;
-    std::string Record::*member;
-    bool xmlonly;
-};
-
-const StorageField<opt::RaidAdapter> kAdapterFields[] = {
+const RXmlRecordField<opt::RaidAdapter> kAdapterFields[] = {
     {"Name", "Name", &opt::RaidAdapter::Name, false},
     {"Model", "Model", &opt::RaidAdapter::Model, false},
     {"SerialNum", "Serial Number", &opt::RaidAdapter::SerialNum, false},
@@ -60,7 +53,7 @@ const StorageField<opt::RaidAdapter> kAdapterFields[] = {
     {"CacheMemorySize", "Cache Memory Size", &opt::RaidAdapter::CacheMemorySize, true},
 };
 
-const StorageField<opt::Battery> kBatteryFields[] = {
+const RXmlRecordField<opt::Battery> kBatteryFields[] = {
     {"Name", "Name", &opt::Battery::Name, false},
     {"Manufacturer", "Manufacturer", &opt::Battery::Manufacturer, false},
     {"PartNum", "Part Number", &opt::Battery::PartNum, false},
@@ -80,7 +73,7 @@ const StorageField<opt::Battery> kBatteryFields[] = {
 };
 
 // A drive's rows before the encryption rows, whose keys depend on the system family.
-const StorageField<opt::DiskDrive> kDriveLeadingFields[] = {
+const RXmlRecordField<opt::DiskDrive> kDriveLeadingFields[] = {
     {"Name", "Name", &opt::DiskDrive::Name, false},
     {"Model", "Model", &opt::DiskDrive::Model, false},
     {"DefaultBlockSize", "Default Block Size", &opt::DiskDrive::DefaultBlockSize, false},
@@ -92,7 +85,7 @@ const StorageField<opt::DiskDrive> kDriveLeadingFields[] = {
     {"PartNum", "Part Number", &opt::DiskDrive::PartNum, false},
 };
 
-const StorageField<opt::DiskDrive> kDriveTrailingFields[] = {
+const RXmlRecordField<opt::DiskDrive> kDriveTrailingFields[] = {
     {"RemainingLifePercent", "Remaining Life(%)", &opt::DiskDrive::RemainingLifePercent, false},
     {"DriveStatus", "Drive Status", &opt::DiskDrive::DriveStatus, false},
     {"Temperature", "Temperature(Degree Celsius)", &opt::DiskDrive::Temperature, false},
@@ -123,14 +116,14 @@ const EncryptionRows kEncryptionRows[] = {
     {false, "FdeCapable", "FDE Capable", "Secured", "Secured"},
 };
 
-const StorageField<opt::StoragePool> kPoolFields[] = {
+const RXmlRecordField<opt::StoragePool> kPoolFields[] = {
     {"Name", "Name", &opt::StoragePool::Name, false},
     {"TotalManagedSpace", "Total Managed Space", &opt::StoragePool::TotalManagedSpace, false},
     {"ArrayStatus", "Array Status", &opt::StoragePool::ArrayStatus, false},
     {"RemainingManagedSpace", "Remaining Managed Space", &opt::StoragePool::RemainingManagedSpace, false},
 };
 
-const StorageField<opt::StorageVolume> kVolumeFields[] = {
+const RXmlRecordField<opt::StorageVolume> kVolumeFields[] = {
     {"Name", "Name", &opt::StorageVolume::Name, false},
     {"BlockSize", "Block Size", &opt::StorageVolume::BlockSize, false},
     {"NumOfBlocks", "Number Of Blocks", &opt::StorageVolume::NumOfBlocks, false},
@@ -143,7 +136,7 @@ const StorageField<opt::StorageVolume> kVolumeFields[] = {
 };
 
 // A boot adapter's volume names its stripe size "StripSize", unlike a pool's volume.
-const StorageField<opt::StorageVolume> kBootVolumeFields[] = {
+const RXmlRecordField<opt::StorageVolume> kBootVolumeFields[] = {
     {"Name", "Name", &opt::StorageVolume::Name, false},
     {"CapacityBytes", "Capacity Bytes", &opt::StorageVolume::CapacityBytes, false},
     {"RAIDLevel", "RAID Level", &opt::StorageVolume::RAIDLevel, false},
@@ -152,7 +145,7 @@ const StorageField<opt::StorageVolume> kBootVolumeFields[] = {
 };
 
 // The identity rows; a non-RAID SSD's identity puts IdentityInfoValue before SubDeviceID.
-const StorageField<opt::SoftwareIdentity> kIdentityLeadingFields[] = {
+const RXmlRecordField<opt::SoftwareIdentity> kIdentityLeadingFields[] = {
     {"Name", "Name", &opt::SoftwareIdentity::Name, false},
     {"Description", "Description", &opt::SoftwareIdentity::Description, false},
     {"Manufacturer", "Manufacturer", &opt::SoftwareIdentity::Manufacturer, false},
@@ -166,22 +159,22 @@ const StorageField<opt::SoftwareIdentity> kIdentityLeadingFields[] = {
      true},
 };
 
-const StorageField<opt::SoftwareIdentity> kSubDeviceField[] = {
+const RXmlRecordField<opt::SoftwareIdentity> kSubDeviceField[] = {
     {"SubDeviceID", "Sub Device ID", &opt::SoftwareIdentity::SubDeviceID, true},
 };
 
-const StorageField<opt::SoftwareIdentity> kIdentityValueField[] = {
+const RXmlRecordField<opt::SoftwareIdentity> kIdentityValueField[] = {
     {"IdentityInfoValue", "Identity Information Value", &opt::SoftwareIdentity::IdentityInfoValue, true},
 };
 
-const StorageField<opt::SoftwareIdentity> kIdentityTrailingFields[] = {
+const RXmlRecordField<opt::SoftwareIdentity> kIdentityTrailingFields[] = {
     {"SoftwareStatus", "Software Status", &opt::SoftwareIdentity::SoftwareStatus, true},
     {"SoftwareRole", "Software Role", &opt::SoftwareIdentity::SoftwareRole, true},
     {"IdentityInfoType", "IdentityInfoType", &opt::SoftwareIdentity::IdentityInfoType, true},
 };
 
 // An SSD's rows around its encryption ability, which is shown as "YES" or "NO".
-const StorageField<opt::SSD> kSsdLeadingFields[] = {
+const RXmlRecordField<opt::SSD> kSsdLeadingFields[] = {
     {"Bay", "Bay", &opt::SSD::Bay, false},
     {"Type", "Type Name", &opt::SSD::Type, false},
     {"SerialNumber", "Serial Number", &opt::SSD::SerialNumber, false},
@@ -194,7 +187,7 @@ const StorageField<opt::SSD> kSsdLeadingFields[] = {
     {"Capacity", "Capacity", &opt::SSD::Capacity, false},
 };
 
-const StorageField<opt::SSD> kSsdTrailingFields[] = {
+const RXmlRecordField<opt::SSD> kSsdTrailingFields[] = {
     {"EncryptionStatus", "Encryption Status", &opt::SSD::EncryptionStatus, false},
     {"RemainingLifePercent", "Remaining Life(%)", &opt::SSD::RemainingLifePercent, false},
     {"DriveStatus", "Drive Status", &opt::SSD::DriveStatus, false},
@@ -276,36 +269,21 @@ RInstance MakeStorageInstance(const std::string& type, const std::string& displa
 {
     RInstance instance(type, display, id);
     instance.AddToolTip(RToolTip::Instance()->GetTypeTip(kGroup, type));
-    RLOG(4) << "Calling EnumAdapterInstancesCallback " << kGroup << "->" << type;
+    RLOG(4) << "Calling EnumAdapterInstancesCallback" << kGroup << "->" << type;
     return instance;
-}
-
-template <class Record, std::size_t N>
-void AddFields(RInstance& instance, const Record& record, const StorageField<Record> (&fields)[N])
-{
-    for (const StorageField<Record>& field : fields)
-        instance.AddProperty(field.key, field.display, record.*field.member, field.xmlonly);
 }
 
 void AddSsdFields(RInstance& instance, const opt::SSD& ssd)
 {
-    AddFields(instance, ssd, kSsdLeadingFields);
+    AddRecordFields(instance, ssd, kSsdLeadingFields);
     instance.AddProperty("EncryptionAbility", "Encryption Ability", RLSIOptModule::YesNo(ssd.EncryptionAbility), false);
-    AddFields(instance, ssd, kSsdTrailingFields);
+    AddRecordFields(instance, ssd, kSsdTrailingFields);
 }
 
 RInstance MakeRawDataInstance(const RawDataForm& form, const RawData_& record, const std::string& command)
 {
     RInstance instance = MakeStorageInstance(form.type, form.display, kNoId);
-    instance.AddProperty("Command", "Command", command, false);
-    instance.AddProperty("Description", "Description", record.description, false);
-    instance.AddProperty("RawData", "Raw Data", record.rawData, false);
-    if (form.utilityRows) {
-        instance.AddProperty("Utility", "Utility", record.utility, true);
-        instance.AddProperty("DeviceID", "Device ID", record.deviceId, true);
-    }
-    instance.AddProperty("Filename", "File Name", record.fileName, true);
-    instance.AddPropertyAttr("RawData", "raw");
+    AddRawDataRows(instance, record, command, form.utilityRows);
     return instance;
 }
 
@@ -586,7 +564,7 @@ void RLSIOptModule::ShowNonRaidAndDirectAttachedNVMeSSDInfo(RRepository& repo, c
 void RLSIOptModule::ShowAdapterInfoInstances(RRepository& repo, const opt::RaidAdapter& adapter)
 {
     RInstance instance = MakeStorageInstance("StorageDevice", AdapterDisplay(adapter.Name), adapterId);
-    AddFields(instance, adapter, kAdapterFields);
+    AddRecordFields(instance, adapter, kAdapterFields);
     instance.AddToRepository(repo);
 }
 
@@ -595,7 +573,7 @@ void RLSIOptModule::ShowStorageVolumeInfoInstances(RRepository& repo, const opt:
     for (const opt::StorageVolume& volume : adapter.storageVolumes) {
         RInstance instance = MakeStorageInstance("M2_7MM_StorageVolume", BootVolumeDisplay(adapter.Name), kNoId);
         instance.AddReference("StorageDevice", adapterId);
-        AddFields(instance, volume, kBootVolumeFields);
+        AddRecordFields(instance, volume, kBootVolumeFields);
         instance.AddToRepository(repo);
     }
     RLOG(4) << "Exit RLSIOptModule::ShowStorageVolumeInfoInstances";
@@ -608,7 +586,7 @@ void RLSIOptModule::ShowBatteryInfoInstances(RRepository& repo, const opt::RaidA
         shown.BatteryType = ShownValue("BatteryType", battery.BatteryType);
         RInstance instance = MakeStorageInstance("StorageBattery", "Battery", kNoId);
         instance.AddReference("StorageDevice", adapterId);
-        AddFields(instance, shown, kBatteryFields);
+        AddRecordFields(instance, shown, kBatteryFields);
         instance.AddToRepository(repo);
     }
 }
@@ -620,13 +598,13 @@ void RLSIOptModule::ShowStoragePoolInfoInstances(RRepository& repo, const opt::R
         shown.ArrayStatus = ShownValue("ArrayStatus", pool.ArrayStatus);
         RInstance instance = MakeStorageInstance("StoragePool", "Storage Pool", poolId);
         instance.AddReference("StorageDevice", adapterId);
-        AddFields(instance, shown, kPoolFields);
+        AddRecordFields(instance, shown, kPoolFields);
         instance.AddProperty("RAIDLevel", "RAIDLevel", PoolRaidLevel(pool), false);
         instance.AddToRepository(repo);
         for (const opt::StorageVolume& volume : pool.volumes) {
             RInstance volumeInstance = MakeStorageInstance("StorageVolume", "Storage Volume", kNoId);
             volumeInstance.AddReference("StoragePool", poolId);
-            AddFields(volumeInstance, volume, kVolumeFields);
+            AddRecordFields(volumeInstance, volume, kVolumeFields);
             volumeInstance.AddToRepository(repo);
         }
         for (const opt::DiskDrive& drive : pool.drives) AddDiskDrive(repo, drive, "StoragePool", poolId);
@@ -648,11 +626,11 @@ void RLSIOptModule::AddDiskDrive(RRepository& repo, const opt::DiskDrive& drive,
     shown.DiskState = ShownValue("DiskState", drive.DiskState);
     RInstance instance = MakeStorageInstance("StorageDiskDrive", "Disk Drive", diskId);
     instance.AddReference(parentType, parentId);
-    AddFields(instance, shown, kDriveLeadingFields);
+    AddRecordFields(instance, shown, kDriveLeadingFields);
     const EncryptionRows& rows = kEncryptionRows[isWhitley ? 0 : 1];
     instance.AddProperty(rows.abilityKey, rows.abilityDisplay, YesNo(drive.EncryptionAbility), false);
     instance.AddProperty(rows.statusKey, rows.statusDisplay, drive.EncryptionStatus, false);
-    AddFields(instance, shown, kDriveTrailingFields);
+    AddRecordFields(instance, shown, kDriveTrailingFields);
     instance.AddToRepository(repo);
     // A drive's firmware belongs to the adapter in the report, whichever list the drive is in.
     for (const opt::SoftwareIdentity& identity : drive.softwareIdentities)
@@ -671,15 +649,15 @@ void RLSIOptModule::AddSoftwareIdentity(RRepository& repo, const opt::SoftwareId
 {
     RInstance instance = MakeStorageInstance("StorageSoftwareIdentity", "Software Identity", kNoId);
     instance.AddReference(parentType, parentId);
-    AddFields(instance, identity, kIdentityLeadingFields);
+    AddRecordFields(instance, identity, kIdentityLeadingFields);
     if (valueBeforeSubDevice) {
-        AddFields(instance, identity, kIdentityValueField);
-        AddFields(instance, identity, kSubDeviceField);
+        AddRecordFields(instance, identity, kIdentityValueField);
+        AddRecordFields(instance, identity, kSubDeviceField);
     } else {
-        AddFields(instance, identity, kSubDeviceField);
-        AddFields(instance, identity, kIdentityValueField);
+        AddRecordFields(instance, identity, kSubDeviceField);
+        AddRecordFields(instance, identity, kIdentityValueField);
     }
-    AddFields(instance, identity, kIdentityTrailingFields);
+    AddRecordFields(instance, identity, kIdentityTrailingFields);
     instance.AddToRepository(repo);
 }
 
@@ -707,7 +685,7 @@ bool RLSIOptModule::IsQccBmc(RRepository& repo)
     }
     XModule::Agentless::QMMTypeValue type = XModule::Agentless::QMM_TYPE_QCC;
     if (XModule::Agentless::QMMTypeAcquire(cim.front()).GetQMMType(type) != 0) {
-        RLOG(3) << "Failed to get QMM type, set BMC type as QCC";
+        RLOG(2) << "Failed to get QMM type, set BMC type as QCC";
         return true;
     }
     RLOG(3) << "Get QMM type successfully, BMC type: " << type;
@@ -754,13 +732,12 @@ void RLSIOptModule::EnumRaidShowRawData(RRepository& repo)
     XModule::ConvertUserContextToConnectOption(repo.GetUserContext(), connectOption);
     RaidConfig::RaidConfigOption option;
     option.connectOption = connectOption;
-    const std::string result = service::ServiceRaid(option).GetRaidShowResult();
+    RawData_ record;
+    record.rawData = service::ServiceRaid(option).GetRaidShowResult();
+    record.command = record.description = "raid show";
+    record.fileName = "raid_show.txt";
     RInstance instance = MakeStorageInstance("RAIDSHOWRawData", "Raid Show Raw Data", kNoId);
-    instance.AddProperty("Command", "Command", std::string("raid show"), false);
-    instance.AddProperty("Description", "Description", std::string("raid show"), false);
-    instance.AddProperty("RawData", "Raw Data", result, false);
-    instance.AddProperty("Filename", "File Name", std::string("raid_show.txt"), true);
-    instance.AddPropertyAttr("RawData", "raw");
+    AddRawDataRows(instance, record, record.command, false);
     instance.AddToRepository(repo);
 }
 

@@ -5,6 +5,8 @@
 #include "kestro/repository/rrepository.h"
 #include "kestro/systemtype/systemcheck.h"
 #include "repository/modules/resxinodes.h"
+#include "repository/modules/rrawdatarows.h"
+#include "repository/modules/rrecordfields.h"
 #include "repository/modules/rtableforms.h"
 #include "xmodule/agentless/network.h"
 #include "xmodule/ihv/emulex.h"
@@ -30,15 +32,7 @@ using XModule::Agentless::NetworkPort;
 using XModule::Agentless::NetworkSoftwareIdentity;
 using XModule::XModuleIHV::RawData_;
 
-template <class Record>
-struct NetworkField {
-    const char* key;
-    const char* display;
-    std::string Record::*member;
-    bool xmlonly;
-};
-
-const NetworkField<NetworkAdapter> kAdapterFields[] = {
+const RXmlRecordField<NetworkAdapter> kAdapterFields[] = {
     {"Name", "Name", &NetworkAdapter::Name, false},
     {"Slot", "Slot", &NetworkAdapter::Slot, false},
     {"Tag", "Tag", &NetworkAdapter::Tag, false},
@@ -53,7 +47,7 @@ const NetworkField<NetworkAdapter> kAdapterFields[] = {
     {"Caption", "Caption", &NetworkAdapter::Caption, false},
 };
 
-const NetworkField<NetworkPort> kPortFields[] = {
+const RXmlRecordField<NetworkPort> kPortFields[] = {
     {"Name", "Name", &NetworkPort::Name, false},
     {"LinkTechnology", "Link Technology", &NetworkPort::LinkTechnology, false},
     {"MaxSpeed", "Max Speed", &NetworkPort::MaxSpeed, false},
@@ -71,7 +65,7 @@ const NetworkField<NetworkPort> kPortFields[] = {
     {"ConfiguredLAMA", "ConfiguredLAMA", &NetworkPort::ConfiguredLAMA, true},
 };
 
-const NetworkField<NetworkSoftwareIdentity> kSoftwareIdentityFields[] = {
+const RXmlRecordField<NetworkSoftwareIdentity> kSoftwareIdentityFields[] = {
     {"Description", "Description", &NetworkSoftwareIdentity::Description, false},
     {"ElementName", "Element Name", &NetworkSoftwareIdentity::ElementName, false},
     {"ProductName", "Product Name", &NetworkSoftwareIdentity::ProductName, false},
@@ -92,11 +86,10 @@ const NetworkField<NetworkSoftwareIdentity> kSoftwareIdentityFields[] = {
 
 template <class Record, std::size_t N>
 RInstance MakeInstance(const char* type, const char* display, int id, const Record& record,
-                       const NetworkField<Record> (&fields)[N])
+                       const RXmlRecordField<Record> (&fields)[N])
 {
     RInstance instance(type, display, id);
-    for (const NetworkField<Record>& field : fields)
-        instance.AddProperty(field.key, field.display, record.*field.member, field.xmlonly);
+    AddRecordFields(instance, record, fields);
     return instance;
 }
 
@@ -260,11 +253,9 @@ void RNetworkModule::EnumOverRedfish(RRepository& repo)
 
 void RNetworkModule::EnumOneConnection(RRepository& repo, const XModule::ConnectionInfo& connection)
 {
+    // A connection or node without the agentless interface is passed over without a word.
     XModule::Agentless::Network network(connection);
-    if (!network.IsAgentlessSupported()) {
-        RLOG(2) << "This system is non-Agentless supported.";
-        return;
-    }
+    if (!network.IsAgentlessSupported()) return;
     std::vector<NetworkAdapter> adapters;
     const int ret = network.GetAdapterInfo(adapters);
     RLOG(3) << "The value of ret is:" << ret;
@@ -388,11 +379,7 @@ void RNetworkModule::AddRawDataInstances(RRepository& repo, const std::string& t
     const std::vector<int>& adapters = rawDataAdapterIds[type];
     for (const RawData_& record : records) {
         RInstance instance(type, display, kNoId);
-        instance.AddProperty("Command", "Command", record.command);
-        instance.AddProperty("Description", "Description", record.description);
-        instance.AddProperty("RawData", "Raw Data", record.rawData);
-        instance.AddProperty("Filename", "File Name", record.fileName, true);
-        instance.AddPropertyAttr("RawData", "raw");
+        AddRawDataRows(instance, record, record.command, false);
         // A record names one parent: the first adapter of the maker, under whose row it shows.
         if (!adapters.empty()) instance.AddReference("PCIAdapter", adapters.front());
         instance.AddToRepository(repo);

@@ -42,6 +42,23 @@ void AddRecordInstances(RRepository& repo, const char* type, const char* display
     for (const Record& record : records) MakeRecordInstance(type, display, -1, record, fields).AddToRepository(repo);
 }
 
+// One property of a record that may be kept for the XML file alone (`xmlonly`).
+template <class Record>
+struct RXmlRecordField {
+    const char* key;
+    const char* display;
+    std::string Record::*member;
+    bool xmlonly;
+};
+
+// Adds the properties of `record` in the table's order.
+template <class Record, std::size_t N>
+void AddRecordFields(RInstance& instance, const Record& record, const RXmlRecordField<Record> (&fields)[N])
+{
+    for (const RXmlRecordField<Record>& field : fields)
+        instance.AddProperty(field.key, field.display, record.*field.member, field.xmlonly);
+}
+
 }  // namespace repository
 }  // namespace kestro
 
