@@ -14,6 +14,13 @@ struct TreeSize {
     std::size_t textBytes = 0;
 };
 
+// One empty tree to copy from, so a child costs no temporary tree of its own.
+const pt::ptree& EmptyTree()
+{
+    static const pt::ptree empty;
+    return empty;
+}
+
 void Measure(const pt::ptree& tree, TreeSize& size)
 {
     ++size.nodes;
@@ -55,7 +62,7 @@ void RCompactTree::Build(pt::ptree& into, std::size_t index, const RKeyTable& ke
     const Node& node = nodes[index];
     into.data().assign(text, node.dataStart, node.dataLength);
     for (std::size_t child = index + 1; child < node.end; child = nodes[child].end)
-        Build(into.push_back(pt::ptree::value_type(keys.Name(nodes[child].key), pt::ptree()))->second, child, keys);
+        Build(into.push_back(pt::ptree::value_type(keys.Name(nodes[child].key), EmptyTree()))->second, child, keys);
 }
 
 void RCompactTree::SetData(const std::string& data)
