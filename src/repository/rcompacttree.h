@@ -3,7 +3,10 @@
 
 #include "rkeytable.h"
 
+#include <boost/property_tree/detail/xml_parser_writer_settings.hpp>
 #include <boost/property_tree/ptree_fwd.hpp>
+
+#include <iosfwd>
 
 #include <cstdint>
 #include <string>
@@ -21,6 +24,10 @@ public:
     boost::property_tree::ptree ToPtree(const RKeyTable& keys) const;
     std::string Data() const { return text.substr(0, nodes.front().dataLength); }
     void SetData(const std::string& data);
+    // Writes the tree as element `key` at `indent`, in the very text the XML writer makes of the
+    // same property tree, without making that tree.
+    void WriteXml(std::ostream& out, const std::string& key, int indent, const RKeyTable& keys,
+                  const boost::property_tree::xml_parser::xml_writer_settings<std::string>& settings) const;
 
 private:
     struct Node {
@@ -33,6 +40,10 @@ private:
 
     void Append(const boost::property_tree::ptree& tree, std::uint32_t key, RKeyTable& keys);
     void Build(boost::property_tree::ptree& into, std::size_t index, const RKeyTable& keys) const;
+    std::string DataOf(std::size_t index) const;
+    void WriteNode(std::ostream& out, std::size_t index, const std::string& key, int indent, const RKeyTable& keys,
+                   const boost::property_tree::xml_parser::xml_writer_settings<std::string>& settings) const;
+    void WriteAttributes(std::ostream& out, std::size_t index, const RKeyTable& keys) const;
 
     std::vector<Node> nodes;
     std::string text;

@@ -20,8 +20,6 @@ const char kRootName[] = "kestro";
 const char kRepositoryName[] = "repository";
 const char kScanName[] = "SCAN";
 
-void WriteIndent(std::ostream& out, int indent) { out << std::string(indent * kSettings.indent_count, ' '); }
-
 }  // namespace
 
 void RRecordStore::Add(const std::string& path, const pt::ptree& record)
@@ -134,7 +132,7 @@ void RRecordStore::WriteEntries(std::ostream& out, int indent) const
         if (key == xp::xmlcomment<std::string>())
             xp::write_xml_comment(out, entry.tree.Data(), indent, true, kSettings);
         else
-            xp::write_xml_element(out, key, entry.tree.ToPtree(keys), indent, kSettings);
+            entry.tree.WriteXml(out, key, indent, keys, kSettings);
     }
 }
 
@@ -143,10 +141,10 @@ void RRecordStore::WriteFile(std::ostream& out, const pt::ptree& scan) const
     out << "<?xml version=\"1.0\" encoding=\"" << kSettings.encoding << "\"?>\n";
     out << '<' << kRootName << ">\n";
     if (WritesAsPlainElement()) {
-        WriteIndent(out, 1);
+        xp::write_xml_indent(out, 1, kSettings);
         out << '<' << kRepositoryName << ">\n";
         WriteEntries(out, 2);
-        WriteIndent(out, 1);
+        xp::write_xml_indent(out, 1, kSettings);
         out << "</" << kRepositoryName << ">\n";
     } else {
         xp::write_xml_element(out, std::string(kRepositoryName), ToPtree(), 1, kSettings);

@@ -76,6 +76,8 @@ const OddFile kOddFiles[] = {
     {"attributes", "<kestro><repository kind=\"a&amp;b\"><Disk id=\"1\"/><Disk><value> </value></Disk>"
                    "</repository></kestro>"},
     {"text only", "<kestro><repository>just &lt;text&gt;</repository></kestro>"},
+    {"attributes and children",
+     "<kestro><repository><Disk id=\"1\" k=\"&lt;\"><x a=\"b\">t</x>mixed<!--c--></Disk></repository></kestro>"},
     {"dotted keys", "<repository><A.B><c.d>1</c.d></A.B><A.B/><Disk/></repository>"},
 };
 
@@ -145,4 +147,55 @@ TEST(RRecordStoreTest, DottedTypesAndCombinedStoresNestAsTheyAreAdded)
     combined.Combine(repo);
     EXPECT_TRUE(MatchesGolden("repository/odd_combined.xml", Written(combined, dir)));
     EXPECT_EQ((std::vector<std::string>{"Memory", "Slot"}), combined.GetCollectedInstanceTypes());
+}
+
+namespace {
+
+struct MarkupAttr {
+    const char* key;
+    const char* attr;
+    const char* value;
+};
+
+// Writer mark-up reached through property attributes: attributes beside text or beside
+// children, text beside children, and a comment.
+const MarkupAttr kMarkupAttrs[] = {
+    {"Name", "value.<xmlattr>.unit", "MB & more"},
+    {"Name", "<xmlattr>.kind", "a\"b"},
+    {"Name", "<xmltext>", "loose <text>"},
+    {"Name", "<xmlcomment>", " note "},
+    {"Size", "<xmlattr>.only", "1"},
+};
+
+// The record as its own XML text shows it, moved to the depth of a record in the file.
+std::string AtRecordDepth(const RInstance& record)
+{
+    const std::string text = record.ToXML();
+    std::string moved;
+    std::string::size_type line = text.find('\n') + 1;
+    while (line < text.size()) {
+        const std::string::size_type end = text.find('\n', line) + 1;
+        moved += "    " + text.substr(line, end - line);
+        line = end;
+    }
+    return moved;
+}
+
+}  // namespace
+
+TEST(RRecordStoreTest, MarkupInRecordsIsWrittenAsTheRecordsOwnXmlShowsIt)
+{
+    TempDir dir;
+    RRepository repo(ConnectNone);
+    std::string expected = "<?xml version=\"1.0\" encoding=\"utf-8\"?>\n<kestro>\n  <repository>\n";
+    for (const MarkupAttr& markup : kMarkupAttrs) {
+        RInstance record("Disk", markup.attr, 1);
+        record.AddProperty("Name", "Name", std::string("n"), false);
+        record.AddProperty("Size", "Size", std::string(), false);
+        record.AddPropertyAttr(markup.key, markup.attr, markup.value);
+        record.AddToRepository(repo);
+        expected += AtRecordDepth(record);
+    }
+    expected += "  </repository>\n  <SCAN/>\n</kestro>\n";
+    EXPECT_EQ(expected, Written(repo, dir));
 }
