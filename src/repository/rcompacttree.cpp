@@ -43,13 +43,6 @@ struct TreeSize {
     std::size_t textBytes = 0;
 };
 
-// One empty tree to copy from, so a child costs no temporary tree of its own.
-const pt::ptree& EmptyTree()
-{
-    static const pt::ptree empty;
-    return empty;
-}
-
 void Measure(const pt::ptree& tree, TreeSize& size)
 {
     ++size.nodes;
@@ -91,7 +84,7 @@ void RCompactTree::Build(pt::ptree& into, std::size_t index, const RKeyTable& ke
     const Node& node = nodes[index];
     into.data().assign(text, node.dataStart, node.dataLength);
     for (std::size_t child = index + 1; child < node.end; child = nodes[child].end)
-        Build(into.push_back(pt::ptree::value_type(keys.Name(nodes[child].key), EmptyTree()))->second, child, keys);
+        Build(into.push_back(keys.Blank(nodes[child].key))->second, child, keys);
 }
 
 std::string RCompactTree::DataOf(std::size_t index) const

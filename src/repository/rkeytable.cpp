@@ -5,8 +5,8 @@ namespace repository {
 
 std::uint32_t RKeyTable::Id(const std::string& name)
 {
-    const auto inserted = ids.emplace(name, static_cast<std::uint32_t>(names.size()));
-    if (inserted.second) names.push_back(&inserted.first->first);
+    const auto inserted = ids.emplace(name, static_cast<std::uint32_t>(blanks.size()));
+    if (inserted.second) blanks.emplace_back(name, boost::property_tree::ptree());
     return inserted.first->second;
 }
 
