@@ -1,7 +1,9 @@
-// Store operations over stores of 1k, 10k and 100k records of 12 properties each.
+// Store operations, writing the file among them, over stores of 1k, 10k and 100k records of 12 properties each.
 #include "support/benchstore.h"
 
 #include <benchmark/benchmark.h>
+
+#include <boost/filesystem.hpp>
 
 #include <malloc.h>
 #include <sys/resource.h>
@@ -40,6 +42,20 @@ void GetInstances(benchmark::State& state)
     state.SetItemsProcessed(state.iterations() * (records / static_cast<int>(HardwareTypes().size())));
 }
 
+// The whole file of a store written to a temporary folder, removed after.
+void WriteXML(benchmark::State& state)
+{
+    const int records = static_cast<int>(state.range(0));
+    const boost::filesystem::path folder =
+        boost::filesystem::temp_directory_path() / boost::filesystem::unique_path("kestro-write-%%%%%%%%");
+    boost::filesystem::create_directories(folder);
+    std::unique_ptr<RRepository> repo = MakeBenchStore(records);
+    for (auto _ : state)
+        if (!repo->WriteXML("store.xml", folder.string())) state.SkipWithError("WriteXML failed");
+    state.SetItemsProcessed(state.iterations() * records);
+    boost::filesystem::remove_all(folder);
+}
+
 void GetCollectedInstanceTypes(benchmark::State& state)
 {
     std::unique_ptr<RRepository> repo = MakeBenchStore(static_cast<int>(state.range(0)));
@@ -69,5 +85,6 @@ void StoreMemory(benchmark::State& state)
 
 BENCHMARK(AddToRepository)->Arg(1000)->Arg(10000)->Arg(100000)->Unit(benchmark::kMillisecond);
 BENCHMARK(GetInstances)->Arg(1000)->Arg(10000)->Arg(100000)->Unit(benchmark::kMicrosecond);
+BENCHMARK(WriteXML)->Arg(1000)->Arg(10000)->Arg(100000)->Unit(benchmark::kMillisecond);
 BENCHMARK(GetCollectedInstanceTypes)->Arg(1000)->Arg(10000)->Arg(100000)->Unit(benchmark::kMicrosecond);
 BENCHMARK(StoreMemory)->Arg(100000)->Iterations(1)->Unit(benchmark::kMillisecond);

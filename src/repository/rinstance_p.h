@@ -12,6 +12,8 @@ class RInstancePrivate {
 public:
     RInstancePrivate() {}
     RInstancePrivate(const std::string& name, const boost::property_tree::ptree& tree) : name(name), tree(tree) {}
+    // Takes the tree over without copying it, for trees made only to be handed out.
+    RInstancePrivate(const std::string& name, boost::property_tree::ptree&& made) : name(name) { tree.swap(made); }
 
     // Bytes that XML cannot carry are protected as "base64encode " + base64 of the UTF-8 text.
     static std::string EncodeText(const std::string& text);

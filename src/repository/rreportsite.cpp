@@ -111,7 +111,7 @@ std::string RReportSite::ContentPage()
 {
     if (repository.inventoryCase == CaseSmm) return "smm_inventory.html";
     if (repository.connectMode == ConnectCmm) return "cmm_inventory.html";
-    if (repository.store.get<std::string>("mode", std::string()) == "cmm") return "cmm_inventory.html";
+    if (repository.store.Get("mode") == "cmm") return "cmm_inventory.html";
     return "system_overview.html";
 }
 

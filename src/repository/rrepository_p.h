@@ -3,6 +3,7 @@
 
 #include "kestro/repository/rrepository.h"
 #include "rmoduletable.h"
+#include "rrecordstore.h"
 #include "rreportcategory.h"
 
 #include <boost/property_tree/ptree.hpp>
@@ -63,7 +64,7 @@ public:
     boost::shared_ptr<RReportCategory> category;
     RModuleList modules;
     boost::property_tree::ptree scanTree;
-    boost::property_tree::ptree store;
+    RRecordStore store;
     boost::shared_mutex storeLock;
     int systemType;
     RInventoryCase inventoryCase;

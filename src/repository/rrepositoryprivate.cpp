@@ -94,13 +94,6 @@ RInventoryCase LocalCase(const std::string& prefix)
     return chosen;
 }
 
-std::string XmlText(const pt::ptree& file)
-{
-    std::ostringstream out;
-    pt::write_xml(out, file, pt::xml_writer_make_settings<std::string>(' ', 2, "utf-8"));
-    return out.str();
-}
-
 typedef XModule::TransferDeadline::Clock Clock;
 
 // A time limit of global.config; 0 or less sets none. The defaults lie far beyond what a healthy
@@ -263,6 +256,15 @@ void ParseXml(std::istream& in, const std::string& path, pt::ptree& file)
     }
 }
 
+bool SameMode(const pt::ptree& first, const pt::ptree& second)
+{
+    const std::string firstMode = first.get<std::string>("mode", std::string());
+    const std::string secondMode = second.get<std::string>("mode", std::string());
+    if (firstMode == secondMode) return true;
+    RLOG(1) << "Cannot compare two file from different OS: " << firstMode << " & " << secondMode;
+    return false;
+}
+
 void ClearMixedContent(pt::ptree& node)
 {
     if (node.empty()) return;
@@ -310,9 +312,9 @@ RRepositoryPrivate::~RRepositoryPrivate()
 
 void RRepositoryPrivate::PutHeader()
 {
-    store.put("mode", RRepository::INVENTORY_CASES[inventoryCase]);
+    store.Put("mode", RRepository::INVENTORY_CASES[inventoryCase]);
     RLOG(4) << "After put inventory case";
-    store.put("buildversion", kBuildVersion);
+    store.Put("buildversion", kBuildVersion);
     RLOG(4) << "After put buildversion";
 }
 
@@ -389,7 +391,7 @@ void RRepositoryPrivate::SetModulesInventoryCase()
 
 void RRepositoryPrivate::InitDepModules()
 {
-    SetInventoryCase(store.get<std::string>("mode", std::string()));
+    SetInventoryCase(store.Get("mode"));
     InitInventoryModules();
     SetModulesInventoryCase();
 }
@@ -397,10 +399,10 @@ void RRepositoryPrivate::InitDepModules()
 void RRepositoryPrivate::AddToRepository(const std::string& name, const pt::ptree& record)
 {
     boost::unique_lock<boost::shared_mutex> lock(storeLock);
-    store.add_child(pt::ptree::path_type(name, '.'), record);
+    store.Add(name, record);
 }
 
-std::vector<std::string> RRepositoryPrivate::CollectedTypes() const { return RStoreComparer::RecordTypes(store); }
+std::vector<std::string> RRepositoryPrivate::CollectedTypes() const { return store.RecordTypes(); }
 
 std::vector<std::string> RRepositoryPrivate::AvailableTypes()
 {
@@ -414,12 +416,11 @@ std::vector<std::string> RRepositoryPrivate::AvailableTypes()
 std::vector<RInstance*> RRepositoryPrivate::Instances(const std::string& type) const
 {
     std::vector<RInstance*> instances;
-    const std::pair<pt::ptree::const_assoc_iterator, pt::ptree::const_assoc_iterator> range =
-        store.equal_range(type);
+    const std::size_t count = store.Count(type);
     // Room made first, so that push_back cannot throw and drop a record already made.
-    instances.reserve(std::distance(range.first, range.second));
-    for (pt::ptree::const_assoc_iterator record = range.first; record != range.second; ++record)
-        instances.push_back(new RInstance(std::make_unique<RInstancePrivate>(type, record->second)));
+    instances.reserve(count);
+    for (std::size_t n = 0; n < count; ++n)
+        instances.push_back(new RInstance(std::make_unique<RInstancePrivate>(type, store.Entry(type, n))));
     return instances;
 }
 
@@ -508,7 +509,7 @@ void RRepositoryPrivate::RunInventory(ProgressCallback progress)
 std::string RRepositoryPrivate::CategoryCaseText()
 {
     if (connectMode != ConnectNone && inventoryCase < CaseNone) return RRepository::INVENTORY_CASES[inventoryCase];
-    return store.get<std::string>("mode", std::string());
+    return store.Get("mode");
 }
 
 bool RRepositoryPrivate::LoadCategories()
@@ -536,7 +537,7 @@ void RRepositoryPrivate::ReadDeviceInfo()
 
 void RRepositoryPrivate::SetDataSource(const std::string& name, const std::string& build, const std::string& version)
 {
-    if (store.count("DataSource") != 0) return;
+    if (store.Count("DataSource") != 0) return;
     RDataSourceModule source(name, build, version);
     source.EnumInstances("DataSource", *owner);
 }
@@ -561,22 +562,16 @@ bool RRepositoryPrivate::WriteXML(const std::string& fileName, const std::string
 
 bool RRepositoryPrivate::StoreAsXml(std::string& text)
 {
-    pt::ptree file;
-    pt::ptree& repository = file.put_child("kestro.repository", pt::ptree());
-    pt::ptree& scan = file.put_child("kestro.SCAN", pt::ptree());
-    // Moved out and back rather than copied: a large store is written without a second copy.
-    repository.swap(store);
-    scan.swap(scanTree);
-    bool made = true;
     try {
-        text = XmlText(file);
+        // Written record by record: a large store is never a whole tree at once.
+        std::ostringstream out;
+        store.WriteFile(out, scanTree);
+        text = out.str();
     } catch (const std::exception& e) {
         RLOG(1) << "Failed to write XML: " << e.what();
-        made = false;
+        return false;
     }
-    repository.swap(store);
-    scan.swap(scanTree);
-    return made;
+    return true;
 }
 
 bool RRepositoryPrivate::ReadRepositoryFile(const std::string& path, pt::ptree& target)
@@ -614,19 +609,18 @@ bool RRepositoryPrivate::ReadRepositoryFile(const std::string& path, pt::ptree& 
 bool RRepositoryPrivate::ReadXML(const std::string& path, const std::string& comparePath)
 {
     boost::unique_lock<boost::shared_mutex> lock(storeLock);
-    const bool read = ReadRepositoryFile(path, store);
-    if (comparePath.empty() || !read) return read;
-    pt::ptree newer;
-    if (!ReadRepositoryFile(comparePath, newer)) return false;
-    const std::string firstMode = store.get<std::string>("mode", std::string());
-    const std::string secondMode = newer.get<std::string>("mode", std::string());
-    if (firstMode != secondMode) {
-        RLOG(1) << "Cannot compare two file from different OS: " << firstMode << " & " << secondMode;
-        return false;
+    pt::ptree older;
+    if (!ReadRepositoryFile(path, older)) return false;
+    if (comparePath.empty()) {
+        store.Assign(older);
+        return true;
     }
-    RStoreComparer::MergeInto(store, newer);
-    store.swap(newer);
-    return true;
+    pt::ptree newer;
+    const bool compared = ReadRepositoryFile(comparePath, newer) && SameMode(older, newer);
+    if (compared) RStoreComparer::MergeInto(older, newer);
+    // The first file stays the store unless the comparison is made.
+    store.Assign(compared ? newer : older);
+    return compared;
 }
 
 bool RRepositoryPrivate::WriteHTML(const std::string& directory)
@@ -648,8 +642,7 @@ void RRepositoryPrivate::Combine(const RRepositoryPrivate& other)
         return;
     }
     boost::unique_lock<boost::shared_mutex> lock(storeLock);
-    for (pt::ptree::const_iterator child = other.store.begin(); child != other.store.end(); ++child)
-        store.add_child(pt::ptree::path_type(child->first, '.'), child->second);
+    store.AddAll(other.store);
 }
 
 }  // namespace repository

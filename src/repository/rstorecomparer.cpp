@@ -13,8 +13,6 @@ namespace pt = boost::property_tree;
 
 namespace {
 
-bool IsRecordKey(const std::string& key) { return !key.empty() && std::isupper(static_cast<unsigned char>(key[0])); }
-
 bool HasNoReference(const pt::ptree& record) { return record.get<std::string>("reference", std::string()).empty(); }
 
 std::string ValueOf(const pt::ptree& property) { return property.get<std::string>("value", std::string()); }
@@ -29,7 +27,8 @@ void MarkChanges(const pt::ptree& a, pt::ptree& b)
     pt::ptree::const_iterator older = a.begin();
     pt::ptree::iterator newer = b.begin();
     for (; older != a.end() && newer != b.end(); ++older, ++newer) {
-        if (older->first != newer->first || !IsRecordKey(newer->first) || IsVolatile(newer->second)) continue;
+        if (older->first != newer->first || !RStoreComparer::IsRecordKey(newer->first) || IsVolatile(newer->second))
+            continue;
         const std::string oldValue = ValueOf(older->second);
         const std::string newValue = ValueOf(newer->second);
         if (oldValue != newValue) newer->second.put("value", oldValue + RRepository::COMPARE_SEP + newValue);
@@ -39,10 +38,16 @@ void MarkChanges(const pt::ptree& a, pt::ptree& b)
 void MarkValues(pt::ptree& record, const std::string& before, const std::string& after)
 {
     for (pt::ptree::iterator property = record.begin(); property != record.end(); ++property)
-        if (IsRecordKey(property->first)) property->second.put("value", before + ValueOf(property->second) + after);
+        if (RStoreComparer::IsRecordKey(property->first))
+            property->second.put("value", before + ValueOf(property->second) + after);
 }
 
 }  // namespace
+
+bool RStoreComparer::IsRecordKey(const std::string& key)
+{
+    return !key.empty() && std::isupper(static_cast<unsigned char>(key[0]));
+}
 
 std::vector<std::string> RStoreComparer::RecordTypes(const pt::ptree& store)
 {

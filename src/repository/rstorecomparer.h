@@ -17,6 +17,8 @@ public:
     static void MergeInto(const boost::property_tree::ptree& older, boost::property_tree::ptree& newer);
     // The record types of a store: keys that begin with an upper-case letter, sorted, each once.
     static std::vector<std::string> RecordTypes(const boost::property_tree::ptree& store);
+    // Whether an entry of a store is a record: its key begins with an upper-case letter.
+    static bool IsRecordKey(const std::string& key);
 
 private:
     static void MergeRecord(const boost::property_tree::ptree& a, boost::property_tree::ptree& b);
