@@ -48,6 +48,7 @@ bool ReadAll(int fd, std::size_t head, std::string& content, std::string* why)
 }
 
 const int kOpenFlags = O_RDONLY | O_NONBLOCK | O_CLOEXEC | O_NOCTTY;
+const int kOpenAttempts = 16;
 
 // Opens `absolute` as the host under `root` sees it: an absolute link inside a snapshot
 // ("/etc/localtime -> /usr/share/zoneinfo/...") resolves within the snapshot, never to the
@@ -61,7 +62,13 @@ int OpenUnderRoot(const std::string& root, const std::string& absolute)
     std::memset(&how, 0, sizeof how);
     how.flags = kOpenFlags;
     how.resolve = RESOLVE_IN_ROOT | RESOLVE_NO_MAGICLINKS;
-    int fd = static_cast<int>(::syscall(SYS_openat2, rootFd, absolute.c_str(), &how, sizeof how));
+    // The kernel refuses a lookup under RESOLVE_IN_ROOT with EAGAIN when any rename or mount ran
+    // anywhere on the machine meanwhile; on a busy host that happens now and then, so ask again.
+    int fd = -1;
+    for (int attempt = 0; attempt < kOpenAttempts; ++attempt) {
+        fd = static_cast<int>(::syscall(SYS_openat2, rootFd, absolute.c_str(), &how, sizeof how));
+        if (fd >= 0 || errno != EAGAIN) break;
+    }
     const int openError = errno;
     ::close(rootFd);
     if (fd < 0 && openError == ENOSYS) fd = ::open(RootedPath(absolute).c_str(), kOpenFlags);
