@@ -278,5 +278,57 @@ for path in ['Systems/Node-A1/index.json', 'Systems/Node-A1/LogServices/SEL/Entr
 file_seed('eventlogs', os.path.join(ROOT, 'data/EventID_SupportLists.json'), bytes([3]))
 test_literals('eventlogs', [unit('reventidlink')], bytes([3]))
 
+# The event id links: family and flags, id, machine type and product name, then the support list
+# (see fuzz/targets/eventlinks.cpp).
+support_list = os.path.join(ROOT, 'data/EventID_SupportLists.json')
+for header in [b'\x01806F0107A1B2\n7D76\nRX650 V3\n', b'\x030x80070204C0DE\n9Z99\nRX350\n',
+               b'\x07FQXSPCA0012I\n7Z70\nRX650 V3 -[7Z70CTO1WW]-\n']:
+    file_seed('eventlinks', support_list, header)
+    test_literals('eventlinks', [unit('reventidlink')], header)
+
+
+def joined(*paths):
+    """The files at `paths`, NUL between them, for the targets that take several texts at once."""
+    parts = []
+    for path in paths:
+        with open(os.path.join(ROOT, path), 'rb') as f:
+            parts.append(f.read())
+    return b'\0'.join(parts)
+
+
+def tree_seeds(target, selector, trees, marks):
+    """Every page of the Redfish fixture trees whose path holds one of `marks`."""
+    for tree in trees:
+        for folder, _, files in sorted(os.walk(os.path.join(ROOT, 'tests/fixtures/bmc', tree))):
+            if 'index.json' in files and any(mark in folder for mark in marks):
+                file_seed(target, os.path.join(folder, 'index.json'), bytes([selector]))
+
+
+# The storage readers behind their selector byte (see fuzz/targets/storageoutputs.cpp).
+seed('storageoutputs', joined('tests/fixtures/storcli/call_show_all.json', 'tests/fixtures/storcli/drives_show_all.json'),
+     bytes([0]))
+test_literals('storageoutputs', [unit('storcliparser')], bytes([0]))
+file_seed('storageoutputs', os.path.join(ROOT, 'tests/fixtures/arcconf/getconfig_1_al.txt'), bytes([1]))
+test_literals('storageoutputs', [unit('arcconfparser')], bytes([1]))
+mvcli = ['tests/fixtures/mvcli/info_%s.txt' % name for name in ('hba', 'vd', 'pd')]
+seed('storageoutputs', joined(*mvcli), bytes([2]))
+test_literals('storageoutputs', [unit('marvellparser')], bytes([2]))
+for path in mvcli + ['tests/fixtures/arcconf/getconfig_1_al.txt']:
+    file_seed('storageoutputs', os.path.join(ROOT, path), bytes([3]))
+test_literals('storageoutputs', [unit('raidcodes')], bytes([4]))
+tree_seeds('storageoutputs', 5, ['standard', 'storages'], ['Drives', 'Storage'])
+seed('storageoutputs', b'Samsung SSD 980\nS64DNX0R\n0000:3b:00.0\n1B2QGXA7\n1953525168\n0\nATA\nMicron_5300\n'
+     b'D3MU001\n3750748848\n', bytes([6]))
+seed('storageoutputs', b'\n\n\n\n\n0\nSEAGATE\nXS800LE70084\n0003\n1562824368\n', bytes([6]))
+
+# The network readers behind their selector byte (see fuzz/targets/networksources.cpp).
+for selector in range(3):
+    test_literals('networksources', [unit('networkreaders')], bytes([selector]), minimum=1)
+for value in [b'0000:19:00.1', b'/sys/devices/pci0000:00/0000:00:03.0/virtio2/net/eth0', b'25000', b'0x1003',
+              b'up\n1', b'unknown\n0', b'32']:
+    seed('networksources', value, bytes([0]))
+tree_seeds('networksources', 2, ['standard'], ['NetworkAdapters'])
+seed('networksources', b'\x00\x1b\x21\x3c\x4d\x5e', bytes([3]))
+
 for target in sorted(written):
     print('%-16s %d seeds' % (target, written[target]))
