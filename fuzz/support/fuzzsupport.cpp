@@ -69,4 +69,24 @@ bool SplitAt(const std::string& input, const std::string& separator, std::string
     return true;
 }
 
+std::vector<std::string> SplitAtNul(const std::string& input, std::size_t count)
+{
+    std::vector<std::string> parts(count);
+    std::string remaining = input;
+    for (std::size_t i = 0; i + 1 < count; ++i) {
+        std::string rest;
+        SplitAt(remaining, std::string(1, '\0'), parts[i], rest);
+        remaining.swap(rest);
+    }
+    if (count > 0) parts.back() = remaining;
+    return parts;
+}
+
+void Require(bool holds, const char* what)
+{
+    if (holds) return;
+    std::fprintf(stderr, "kestro fuzz: %s\n", what);
+    std::abort();
+}
+
 }  // namespace KestroFuzz

@@ -60,3 +60,21 @@ TEST(ArcconfParserTest, TextWithoutAControllerIsRefused)
     EXPECT_EQ(0, ArcconfParser::ControllerCount("Controllers found: none"));
     EXPECT_EQ(2, ArcconfParser::ControllerCount("Controllers found: 2\r\n"));
 }
+
+TEST(ArcconfParserTest, ControllerCountIsTheFirstNumberAfterItsLabel)
+{
+    struct Case {
+        const char* what;
+        std::string text;
+        int count;
+    };
+    const Case cases[] = {
+        {"blanks and line ends before the number", "Controllers found:\n\t 12\n", 12},
+        {"three digits at most", "Controllers found: 1234", 123},
+        {"a label without a number is passed over", "Controllers found: none\nControllers found: 3\n", 3},
+        {"a megabyte of blanks", "Controllers found:" + std::string(1 << 20, ' ') + "7", 7},
+        {"the label at the very end", "Controllers found:", 0},
+        {"no label", "Controllers: 2\n", 0},
+    };
+    for (const Case& c : cases) EXPECT_EQ(c.count, ArcconfParser::ControllerCount(c.text)) << c.what;
+}

@@ -9,6 +9,8 @@
 
 #include <gtest/gtest.h>
 
+#include <cstring>
+
 using namespace kestro::repository;
 
 namespace {
@@ -208,6 +210,41 @@ TEST(RAIDLinkTest, AStorageThatFailsIsLeftOutAndTheOthersStay)
     EXPECT_EQ(XModule::Agentless::RAIDLink::RAID_UNREADABLE,
               XModule::Agentless::RAIDLink(BmcOf(target)).GetAllRaidAdapterInfo(adapters));
     EXPECT_TRUE(adapters.empty());
+}
+
+// A number no drive or battery can have reads as not given, and the rest of the storage still shows.
+TEST(RAIDLinkTest, NumbersOutOfReachReadAsNotGiven)
+{
+    const std::string raid = kStorage + "/RAID-Slot3";
+    struct Case {
+        const char* what;
+        std::string path;
+        const char* given;  // in the fixture's document
+        const char* sent;   // what the BMC sends instead
+        const char* type;
+        const char* key;
+        std::size_t index;  // of the record among its type's
+    };
+    const Case cases[] = {
+        {"a negative capacity", raid + "/Drives/Disk-0", "\"CapacityBytes\": 600127266816", "\"CapacityBytes\": -1",
+         "StorageDiskDrive", "NumberOfBlocks", 2},
+        {"a fractional block size", raid + "/Drives/Disk-0", "\"BlockSizeBytes\": 512", "\"BlockSizeBytes\": 0.5",
+         "StorageDiskDrive", "NumberOfBlocks", 2},
+        {"a voltage beyond any battery", raid + "/Batteries/CV-0/Metrics", "\"InputVoltage\": 9.35",
+         "\"InputVoltage\": 1e300", "StorageBattery", "Voltage", 0},
+    };
+    for (const Case& c : cases) {
+        RCFCTarget target("standard");
+        std::string doc = ReadFile(std::string(KESTRO_TEST_FIXTURES) + "/bmc/standard" + c.path + "/index.json");
+        const std::string::size_type at = doc.find(c.given);
+        ASSERT_NE(std::string::npos, at) << c.what;
+        target.Bmc().SetDocument(c.path, doc.replace(at, std::strlen(c.given), c.sent));
+        StorageRun run(target, ConnectOob, true, false, true);
+        const Texts values = run.Column(c.type, c.key);
+        ASSERT_LT(c.index, values.size()) << c.what;
+        EXPECT_EQ("N/A", values[c.index]) << c.what;
+        EXPECT_EQ(4u, run.Column("StorageDiskDrive", "Name").size()) << c.what;
+    }
 }
 
 // Firmware inventory entries linked from a controller replace the version it states itself.

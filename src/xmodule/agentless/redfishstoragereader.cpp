@@ -1,6 +1,7 @@
 #include "xmodule/agentless/redfishstoragereader.h"
 
 #include "rest/jsonread.h"
+#include "rest/jsonreaderror.h"
 #include "xmodule/rlog.h"
 
 #include <boost/algorithm/string/case_conv.hpp>
@@ -19,6 +20,7 @@ namespace opt = XMOptions;
 using Rest::ReadJsonText;
 
 const char* const kNone = "N/A";
+const double kLargestVolts = 1e6;
 
 // What kind of adapter a storage resource is; the first row that fits decides.
 //
@@ -108,10 +110,21 @@ std::vector<std::string> Links(const boost::json::value& doc, const std::string&
     return links;
 }
 
+// A size in bytes; 0, which reads as not given, also for a number no size can be (some services
+// send -1 for a size they do not know).
+std::uint64_t Bytes(const boost::json::value& doc, const std::string& pointer)
+{
+    try {
+        return Rest::ReadJsonUint(doc, pointer, 0);
+    } catch (const Rest::JsonReadError&) {
+        return 0;
+    }
+}
+
 std::string Blocks(const boost::json::value& drive)
 {
-    const std::uint64_t bytes = Rest::ReadJsonUint(drive, "/CapacityBytes", 0);
-    const std::uint64_t block = Rest::ReadJsonUint(drive, "/BlockSizeBytes", 0);
+    const std::uint64_t bytes = Bytes(drive, "/CapacityBytes");
+    const std::uint64_t block = Bytes(drive, "/BlockSizeBytes");
     return bytes == 0 || block == 0 ? kNone : std::to_string(bytes / block);
 }
 
@@ -173,8 +186,8 @@ opt::SoftwareIdentity DriveFirmwareOf(const boost::json::value& drive)
 // Free space of a pool: what it holds less what its volumes use; "N/A" when it does not say.
 std::string Remaining(const boost::json::value& pool)
 {
-    const std::uint64_t allocated = Rest::ReadJsonUint(pool, "/Capacity/Data/AllocatedBytes", 0);
-    const std::uint64_t consumed = Rest::ReadJsonUint(pool, "/Capacity/Data/ConsumedBytes", 0);
+    const std::uint64_t allocated = Bytes(pool, "/Capacity/Data/AllocatedBytes");
+    const std::uint64_t consumed = Bytes(pool, "/Capacity/Data/ConsumedBytes");
     return allocated == 0 || consumed > allocated ? kNone : std::to_string(allocated - consumed);
 }
 
@@ -274,6 +287,13 @@ bool IsVroc(const opt::RaidAdapter& adapter)
 {
     return boost::algorithm::istarts_with(adapter.Name, "vroc") &&
            !boost::algorithm::contains(adapter.ControllerType, "Direct_Attached_SATA");
+}
+
+// Volts as whole millivolts; "N/A" for a reading no battery gives, which would not fit the number.
+std::string Millivolts(double volts)
+{
+    if (!(volts >= 0 && volts <= kLargestVolts)) return kNone;
+    return std::to_string(static_cast<long>(volts * 1000 + 0.5));
 }
 
 bool IsBootAdapter(const std::string& controllerType) { return controllerType == "M.2" || controllerType == "7MM"; }
@@ -504,8 +524,7 @@ opt::Battery RedfishStorageReader::BatteryOf(const boost::json::value& battery)
     record.Manufacturer = ReadJsonText(battery, "/Manufacturer");
     record.PartNum = ReadJsonText(battery, "/PartNumber");
     record.BatteryType = ReadJsonText(battery, "/Model");
-    const double volts = Rest::ReadJsonDouble(metrics, "/InputVoltage", -1);
-    record.Voltage = volts < 0 ? kNone : std::to_string(static_cast<long>(volts * 1000 + 0.5));
+    record.Voltage = Millivolts(Rest::ReadJsonDouble(metrics, "/InputVoltage", -1));
     record.Current = ReadJsonText(metrics, "/InputCurrentAmps");
     record.Temperature = ReadJsonText(metrics, "/TemperatureCelsius");
     record.BatteryStatus = ReadJsonText(battery, "/ChargeState");

@@ -8,8 +8,9 @@
 #include <boost/algorithm/string/trim.hpp>
 
 #include <algorithm>
+#include <cctype>
+#include <cstring>
 #include <map>
-#include <regex>
 #include <vector>
 
 namespace XModule {
@@ -20,6 +21,8 @@ namespace {
 namespace opt = XMOptions;
 
 const char* const kNone = "N/A";
+const char* const kControllersFound = "Controllers found:";
+const std::size_t kCountDigits = 3;
 
 enum Section { NoSection, ControllerSection, ArraySection, LogicalSection, PhysicalSection };
 
@@ -248,13 +251,27 @@ void FillController(const Fields& fields, opt::RaidAdapter& adapter)
     adapter.batteries.push_back(battery);
 }
 
+// The number of up to three digits after the blanks at `at`; -1 when there is none. A scan, not a
+// regular expression, whose matcher recurses once per blank.
+int CountAt(const std::string& text, std::size_t at)
+{
+    while (at < text.size() && std::isspace(static_cast<unsigned char>(text[at]))) ++at;
+    std::size_t end = at;
+    while (end < text.size() && end < at + kCountDigits && std::isdigit(static_cast<unsigned char>(text[end])))
+        ++end;
+    return end == at ? -1 : std::stoi(text.substr(at, end - at));
+}
+
 }  // namespace
 
 int ArcconfParser::ControllerCount(const std::string& text)
 {
-    std::smatch match;
-    static const std::regex kFound("Controllers found:\\s*(\\d{1,3})");
-    return std::regex_search(text, match, kFound) ? std::stoi(match[1].str()) : 0;
+    for (std::size_t at = text.find(kControllersFound); at != std::string::npos;
+         at = text.find(kControllersFound, at + 1)) {
+        const int count = CountAt(text, at + std::strlen(kControllersFound));
+        if (count >= 0) return count;
+    }
+    return 0;
 }
 
 bool ArcconfParser::ParseConfig(const std::string& text, opt::RaidAdapter& adapter)
