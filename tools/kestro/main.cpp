@@ -195,19 +195,25 @@ bool FindRedfishCase(const std::string& name, kestro::repository::RInventoryCase
 // The first check of a BMC gets the time one type of the run would get.
 int CheckTimeLimit() { return XModule::GetGlobalConfigValue("KESTRO_TYPE_TIME_LIMIT", kDefaultTypeTimeLimit); }
 
+// A BMC named by a URL: its address, its password (asked if need be) and the CA bundle to check it.
+int ReadBmcAddress(const std::string& url, const Options& options, XModule::ConnectionInfo& bmc)
+{
+    std::string problem;
+    if (!ParseRedfishUrl(url, bmc, problem) || !CompletePassword(bmc, problem))
+        return Fail(results::RESULT_INVALID_PARAMETER, problem);
+    if (!options.caFile.empty() && !fs::is_regular_file(options.caFile))
+        return Fail(results::RESULT_FILE_NOT_EXIST, options.caFile);
+    bmc.caFile = options.caFile;
+    return 0;
+}
+
 // Everything about the BMC is checked before the output folder is made.
 int ReadRedfishTarget(const Options& options, XModule::ConnectionInfo& target,
                       kestro::repository::RInventoryCase& inventoryCase)
 {
-    std::string problem;
-    if (!ParseRedfishUrl(options.redfishUrl, target, problem) || !CompletePassword(target, problem))
-        return Fail(results::RESULT_INVALID_PARAMETER, problem);
     if (!FindRedfishCase(options.caseName, inventoryCase))
         return Fail(results::RESULT_INVALID_PARAMETER, "--case " + options.caseName + " is no Redfish case");
-    if (!options.caFile.empty() && !fs::is_regular_file(options.caFile))
-        return Fail(results::RESULT_FILE_NOT_EXIST, options.caFile);
-    target.caFile = options.caFile;
-    return 0;
+    return ReadBmcAddress(options.redfishUrl, options, target);
 }
 
 int RunRedfishInventory(const Options& options)
@@ -253,10 +259,7 @@ int FindOwnBmc(const Options& options, std::vector<XModule::ConnectionInfo>& bmc
         bmcs.push_back(bmc);
         return 0;
     }
-    std::string problem;
-    if (!ParseRedfishUrl(options.bmcUrl, bmc, problem) || !CompletePassword(bmc, problem))
-        return Fail(results::RESULT_INVALID_PARAMETER, problem);
-    bmc.caFile = options.caFile;
+    if (const int failed = ReadBmcAddress(options.bmcUrl, options, bmc)) return failed;
     if (!XModule::SystemCheck::IsRedfishSupported(bmc, CheckTimeLimit()))
         return Fail(results::RESULT_CONNECTION_FAILED, "no Redfish service answers at " + bmc.host);
     bmcs.push_back(bmc);
@@ -270,8 +273,6 @@ int RunLocalInventory(const Options& options)
         if (!fs::is_directory(options.root, error)) return Fail(results::RESULT_FILE_NOT_EXIST, options.root);
         XModule::SetRootPrefix(options.root);
     }
-    if (!options.caFile.empty() && !fs::is_regular_file(options.caFile))
-        return Fail(results::RESULT_FILE_NOT_EXIST, options.caFile);
     std::vector<XModule::ConnectionInfo> bmcs;
     if (const int failed = FindOwnBmc(options, bmcs)) return failed;
     if (const int failed = PrepareOutput(options)) return failed;
