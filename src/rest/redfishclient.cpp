@@ -39,6 +39,12 @@ bool WaitBeforeRetry(std::uint64_t intervalMs)
     return !XModule::TransferDeadline::Passed();
 }
 
+bool IsKept(const RunContext& run, const std::string& credentials, const std::string& url)
+{
+    RestResult known;
+    return run.FindAnswer(url, credentials, known);
+}
+
 }  // namespace
 
 RedfishClientPrivate::RedfishClientPrivate() : hasRetryTiming(false), retryTiming() {}
@@ -134,31 +140,34 @@ RestResult RedfishClient::Get(const std::string& url)
     RLOG(XModule::LOG_DEBUG) << "Redfish GET action on URL: " << url;
     RunContext* run = RunContext::Current();
     RestResult answer;
-    if (run != nullptr && (run->FindAnswer(url, d->credentials, answer) || run->TakeFailure(url, d->credentials, answer)))
-        return answer;
+    if (run != nullptr) {
+        if (run->FindAnswer(url, d->credentials, answer)) return answer;
+        // Looked up again after the wait: a GET sent ahead may also have ended just before it.
+        run->AwaitAhead(url, d->credentials);
+        if (run->FindAnswer(url, d->credentials, answer)) return answer;
+    }
     answer = d->Retry(boost::bind(&RestClient::Get, &d->inner, boost::cref(url)));
     if (run != nullptr) run->KeepAnswer(url, d->credentials, answer);
     return answer;
 }
 
-void RedfishClient::GetAhead(const std::vector<std::string>& urls)
+void RedfishClient::GetAhead(const std::vector<std::string>& urls, const RestClient::FollowLinks& follow)
 {
     RunContext* run = RunContext::Current();
     if (run == nullptr || run->Concurrency() < 2) return;
     std::vector<std::string> missing;
-    RestResult known;
     for (const std::string& url : urls)
-        if (!run->FindAnswer(url, d->credentials, known)) missing.push_back(url);
-    if (missing.size() < 2) return;
+        if (!IsKept(*run, d->credentials, url)) missing.push_back(url);
+    if (missing.empty()) return;
     RLOG(XModule::LOG_DEBUG) << "Redfish GET ahead of " << missing.size() << " URLs, " << run->Concurrency()
                              << " at a time";
-    const std::vector<RestResult> answers = d->inner.GetMany(missing, run->Concurrency());
-    for (std::size_t i = 0; i < missing.size(); ++i) {
-        // A time-out is handed on so that it costs its time once; a 503 or a broken connection is
-        // left to the reader, whose own GET tries again as a serial run would.
-        if (answers[i].curlCode == CURLE_OPERATION_TIMEDOUT) run->KeepFailure(missing[i], d->credentials, answers[i]);
-        run->KeepAnswer(missing[i], d->credentials, answers[i]);
-    }
+    run->FetchAhead(d->inner, d->credentials, missing, follow);
+}
+
+bool RedfishClient::FindKept(const std::string& url, RestResult& answer) const
+{
+    const RunContext* run = RunContext::Current();
+    return run != nullptr && run->FindAnswer(url, d->credentials, answer);
 }
 
 RestResult RedfishClient::PostMultipart(const std::string& url, const MultipartBody& parts,

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <chrono>
 #include <cstring>
+#include <set>
 #include <sstream>
 #include <stdexcept>
 
@@ -114,6 +115,29 @@ RestClientPrivate::RestClientPrivate()
       suppressExpect(false), maxRedirects(-1), userAgent(USER_AGENT), gzip(false), outputFile(nullptr)
 {
     errorBuffer[0] = '\0';
+}
+
+void RestClientPrivate::CopySettingsOf(const RestClientPrivate& other)
+{
+    headers = other.headers;
+    timeout = other.timeout;
+    followRedirects = other.followRedirects;
+    insecure = other.insecure;
+    suppressExpect = other.suppressExpect;
+    maxRedirects = other.maxRedirects;
+    user = other.user;
+    password = other.password;
+    userAgent = other.userAgent;
+    caFile = other.caFile;
+    certFile = other.certFile;
+    certType = other.certType;
+    keyFile = other.keyFile;
+    keyPassword = other.keyPassword;
+    proxyUrl = other.proxyUrl;
+    proxyUser = other.proxyUser;
+    proxyPassword = other.proxyPassword;
+    cookieLine = other.cookieLine;
+    gzip = other.gzip;
 }
 
 RestClientPrivate::~RestClientPrivate()
@@ -291,73 +315,97 @@ RestResult RestClientPrivate::Perform(const std::string& url)
     return result;
 }
 
-// One GET of a batch: its own copy of the prepared handle, header list and error text.
+// One GET of a batch: its own copy of the prepared handle, header list, error text and answer.
 struct RestClientPrivate::Transfer {
+    explicit Transfer(const std::string& target) : url(target) {}
+    std::string url;
+    RestResult result;
     CURL* easy = nullptr;
     curl_slist* headerList = nullptr;
-    std::size_t index = 0;
     char errors[CURL_ERROR_SIZE] = {0};
 };
 
-std::vector<RestResult> RestClientPrivate::PerformMany(const std::vector<std::string>& urls, std::size_t concurrency)
+RestClient::Answers RestClientPrivate::PerformMany(const std::vector<std::string>& urls, std::size_t concurrency,
+                                                   const RestClient::Batch& batch)
 {
-    std::vector<RestResult> results(urls.size());
     std::vector<std::unique_ptr<Transfer> > transfers;
+    for (const std::string& url : urls) transfers.emplace_back(new Transfer(url));
     RunContext* run = RunContext::Current();
-    for (std::size_t i = 0; i < urls.size(); ++i) {
-        if (XModule::TransferDeadline::Passed()) {
-            results[i] = RefusePastDeadline();
-            continue;
-        }
-        std::unique_ptr<Transfer> transfer(new Transfer);
-        transfer->index = i;
-        transfer->headerList = Prepare(urls[i], results[i]);
-        transfer->easy = curl_easy_duphandle(handle);
-        curl_easy_reset(handle);
-        curl_easy_setopt(transfer->easy, CURLOPT_ERRORBUFFER, transfer->errors);
-        curl_easy_setopt(transfer->easy, CURLOPT_PRIVATE, transfer.get());
-        if (run != nullptr) curl_easy_setopt(transfer->easy, CURLOPT_SHARE, run->Share());
-        transfers.push_back(std::move(transfer));
-    }
     const std::chrono::steady_clock::time_point sent = std::chrono::steady_clock::now();
-    RunTransfers(transfers, std::max<std::size_t>(concurrency, 1), results);
-    if (run != nullptr) run->CountRequests(transfers.size(), NanosecondsSince(sent));
+    RunTransfers(transfers, std::max<std::size_t>(concurrency, 1), batch);
+    if (run != nullptr && batch.waited) run->CountRequests(0, NanosecondsSince(sent));
+    RestClient::Answers answers;
+    answers.reserve(transfers.size());
     for (const std::unique_ptr<Transfer>& transfer : transfers) {
+        answers.emplace_back(transfer->url, std::move(transfer->result));
+        if (transfer->easy == nullptr) continue;
         // Reset first: a copy still holding the cookie-jar option would print its cookies at cleanup.
         curl_easy_reset(transfer->easy);
         curl_easy_cleanup(transfer->easy);
         curl_slist_free_all(transfer->headerList);
     }
-    return results;
+    return answers;
 }
 
-// At most `concurrency` transfers at a time through one multi handle, each completed as it ends.
-void RestClientPrivate::RunTransfers(const std::vector<std::unique_ptr<Transfer> >& transfers,
-                                     std::size_t concurrency, std::vector<RestResult>& results)
+// Gives the transfer its copy of the handle; false when the deadline has passed and it is refused.
+bool RestClientPrivate::Start(Transfer& transfer, RunContext* run)
 {
+    if (XModule::TransferDeadline::Passed()) {
+        transfer.result = RefusePastDeadline();
+        return false;
+    }
+    transfer.headerList = Prepare(transfer.url, transfer.result);
+    transfer.easy = curl_easy_duphandle(handle);
+    curl_easy_reset(handle);
+    curl_easy_setopt(transfer.easy, CURLOPT_ERRORBUFFER, transfer.errors);
+    curl_easy_setopt(transfer.easy, CURLOPT_PRIVATE, &transfer);
+    if (run != nullptr) curl_easy_setopt(transfer.easy, CURLOPT_SHARE, run->Share());
+    return true;
+}
+
+// At most `concurrency` transfers at a time through one multi handle, each completed as it ends
+// and its followed links queued behind the others. Each request counts in the run as it is sent,
+// so that the run's total is whole while a batch of another thread still runs.
+void RestClientPrivate::RunTransfers(std::vector<std::unique_ptr<Transfer> >& transfers,
+                                            std::size_t concurrency, const RestClient::Batch& batch)
+{
+    RunContext* run = RunContext::Current();
+    std::set<std::string> asked;
+    for (const std::unique_ptr<Transfer>& transfer : transfers) asked.insert(transfer->url);
     CURLM* multi = curl_multi_init();
     std::size_t next = 0;
     std::size_t running = 0;
-    for (; next < transfers.size() && running < concurrency; ++next, ++running)
-        curl_multi_add_handle(multi, transfers[next]->easy);
-    while (running > 0) {
+    while (!batch.cancelled || !batch.cancelled()) {
+        for (; next < transfers.size() && running < concurrency; ++next) {
+            if (batch.wanted && !batch.wanted(transfers[next]->url)) continue;
+            if (!Start(*transfers[next], run)) continue;
+            curl_multi_add_handle(multi, transfers[next]->easy);
+            ++running;
+            if (run != nullptr) run->CountRequests(1, 0);
+        }
+        if (running == 0) break;
         int stillRunning = 0;
         curl_multi_perform(multi, &stillRunning);
         int queued = 0;
+        bool ended = false;
         while (CURLMsg* message = curl_multi_info_read(multi, &queued)) {
             if (message->msg != CURLMSG_DONE) continue;
+            ended = true;
             Transfer* done = nullptr;
             curl_easy_getinfo(message->easy_handle, CURLINFO_PRIVATE, &done);
-            Complete(done->easy, message->data.result, done->errors, results[done->index]);
+            Complete(done->easy, message->data.result, done->errors, done->result);
             curl_multi_remove_handle(multi, done->easy);
             --running;
-            if (next < transfers.size()) {
-                curl_multi_add_handle(multi, transfers[next++]->easy);
-                ++running;
-            }
+            if (!batch.follow) continue;
+            for (const std::string& link : batch.follow(done->url, done->result))
+                if (asked.insert(link).second) transfers.emplace_back(new Transfer(link));
         }
-        if (running > 0) curl_multi_poll(multi, nullptr, 0, MULTI_POLL_MS, nullptr);
+        // A transfer that ended leaves room for the next one: fill it before waiting.
+        if (!ended) curl_multi_poll(multi, nullptr, 0, MULTI_POLL_MS, nullptr);
     }
+    // Transfers still running when the batch was cancelled leave the multi handle before it goes.
+    for (const std::unique_ptr<Transfer>& transfer : transfers)
+        if (transfer->easy != nullptr) curl_multi_remove_handle(multi, transfer->easy);
     curl_multi_cleanup(multi);
 }
 
@@ -471,9 +519,17 @@ RestResult RestClient::Request(RequestType type, const std::string& url, const s
     return refused;
 }
 
-std::vector<RestResult> RestClient::GetMany(const std::vector<std::string>& urls, std::size_t concurrency)
+RestClient::Answers RestClient::GetMany(const std::vector<std::string>& urls, std::size_t concurrency,
+                                        const Batch& batch)
 {
-    return d->PerformMany(urls, concurrency);
+    return d->PerformMany(urls, concurrency, batch);
+}
+
+RestClient RestClient::CopySettings() const
+{
+    RestClient copy;
+    copy.d->CopySettingsOf(*d);
+    return copy;
 }
 
 RestResult RestClient::Get(const std::string& url)

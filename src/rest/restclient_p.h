@@ -10,9 +10,11 @@
 #define CURL_DISABLE_DEPRECATION  // CURLOPT_PUT is still what a streamed PUT sets
 #include <curl/curl.h>
 
-#include "kestro/rest/restclientinterface.h"
+#include "kestro/rest/restclient.h"
 
 namespace Rest {
+
+class RunContext;
 
 // One line of a response's header block, as libcurl hands it over, into `result.headers`:
 // "Name: value" with blanks trimmed off both, the status line as its own name with "present";
@@ -26,8 +28,12 @@ public:
 
     // Runs the request on the options the verb has set, then resets the handle.
     RestResult Perform(const std::string& url);
-    // GETs of `urls`, `concurrency` at a time over copies of the handle; results in the same order.
-    std::vector<RestResult> PerformMany(const std::vector<std::string>& urls, std::size_t concurrency);
+    // GETs of `urls` and of what `follow` finds in their answers, `concurrency` at a time over
+    // copies of the handle; each URL once, in the order asked.
+    RestClient::Answers PerformMany(const std::vector<std::string>& urls, std::size_t concurrency,
+                                    const RestClient::Batch& batch);
+    // Every setting of `other`, none of its state (handle, output file, progress sink).
+    void CopySettingsOf(const RestClientPrivate& other);
     void SetStreamOptions(std::istream& stream);
 
     CURL* handle;
@@ -60,8 +66,9 @@ private:
     // list it returns is freed once the request is done.
     curl_slist* Prepare(const std::string& url, RestResult& result);
     void Complete(CURL* easy, CURLcode code, const char* errors, RestResult& result);
-    void RunTransfers(const std::vector<std::unique_ptr<Transfer> >& transfers, std::size_t concurrency,
-                      std::vector<RestResult>& results);
+    bool Start(Transfer& transfer, RunContext* run);
+    void RunTransfers(std::vector<std::unique_ptr<Transfer> >& transfers, std::size_t concurrency,
+                      const RestClient::Batch& batch);
     void SetWriteOptions(RestResult& result);
     curl_slist* BuildHeaderList() const;
     void SetAuthOptions();

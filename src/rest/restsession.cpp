@@ -1,11 +1,17 @@
 #include "rest/restsession.h"
 
 #include "rest/jsonread.h"
+#include "rest/runcontext.h"
 
+#include <algorithm>
+#include <set>
 #include <sstream>
 #include <vector>
 
+#include <boost/bind/bind.hpp>
 #include <boost/format.hpp>
+#include <boost/json/parse.hpp>
+#include <boost/shared_ptr.hpp>
 
 namespace Rest {
 
@@ -20,6 +26,111 @@ std::string SchemeName(int scheme)
 {
     const int count = static_cast<int>(sizeof(SCHEME_NAMES) / sizeof(SCHEME_NAMES[0]));
     return scheme >= 0 && scheme < count ? SCHEME_NAMES[scheme] : SCHEME_NAMES[XModule::XModuleConnection::SchemeHttps];
+}
+
+std::string ExpandedUrl(const std::string& baseUrl, const std::string& url, int levels)
+{
+    return baseUrl + (levels == 0 ? url : (boost::format(EXPAND_PATTERN) % url % levels).str());
+}
+
+void AddOnce(std::vector<std::string>& urls, const std::string& url)
+{
+    if (std::find(urls.begin(), urls.end(), url) == urls.end()) urls.push_back(url);
+}
+
+// The links at `pointer` of a document: one link object or a list of them.
+std::vector<std::string> LinksAt(const boost::json::value& document, const char* pointer)
+{
+    std::vector<std::string> links;
+    const boost::json::value* found = FindJsonValue(document, pointer);
+    if (found == nullptr) return links;
+    const boost::json::array single(1, *found);
+    for (const boost::json::value& entry : found->is_array() ? found->get_array() : single) {
+        const std::string link = ReadJsonString(entry, "/@odata.id", "");
+        if (!link.empty()) links.push_back(link);
+    }
+    return links;
+}
+
+// The next page first, so that its members join the queue early, then every member that is a
+// bare link (a member given whole, as in an expanded collection, needs no fetch of its own).
+std::vector<std::string> PageLinks(const std::string& baseUrl, const boost::json::array& links,
+                                   const std::string& nextPage)
+{
+    std::vector<std::string> urls;
+    if (!nextPage.empty()) urls.push_back(baseUrl + nextPage);
+    for (const boost::json::value& entry : links) {
+        const boost::json::object* object = entry.if_object();
+        if (object == nullptr || object->size() != 1) continue;
+        const std::string link = ReadJsonString(entry, "/@odata.id", "");
+        if (!link.empty()) urls.push_back(baseUrl + link);
+    }
+    return urls;
+}
+
+// The links of a collection page (see PageLinks) and its next page; none for other documents.
+std::vector<std::string> CollectionLinks(const std::string& baseUrl, const boost::json::value& page,
+                                         std::string& nextPage)
+{
+    const boost::json::array* members = FindJsonArray(page, "/Members");
+    if (members == nullptr) return std::vector<std::string>();
+    nextPage = ReadJsonString(page, "/Members@odata.nextLink", "");
+    return PageLinks(baseUrl, *members, nextPage);
+}
+
+// The resources that a plan's parent, read as `document` from `url`, links to.
+void AddPlanLinks(const std::string& baseUrl, const AheadRead* plan, std::size_t count, const std::string& url,
+                  const boost::json::value& document, std::vector<std::string>& urls)
+{
+    for (std::size_t i = 0; i < count; ++i) {
+        if (plan[i].link == nullptr || ExpandedUrl(baseUrl, plan[i].url, plan[i].levels) != url) continue;
+        for (const std::string& link : LinksAt(document, plan[i].link))
+            AddOnce(urls, ExpandedUrl(baseUrl, link, plan[i].linkLevels));
+    }
+}
+
+// Run on the prefetching thread as each answer arrives, so the arguments are held by value.
+// Follows a collection's pages: the links of each page that `pages` awaits.
+std::vector<std::string> FollowPages(const std::string& baseUrl, const boost::shared_ptr<std::set<std::string> >& pages,
+                                     const std::string& url, const RestResult& answer)
+{
+    if (pages->count(url) == 0) return std::vector<std::string>();
+    boost::system::error_code error;
+    const boost::json::value page = boost::json::parse(answer.body, error);
+    if (error) return std::vector<std::string>();
+    std::string nextPage;
+    const std::vector<std::string> links = CollectionLinks(baseUrl, page, nextPage);
+    if (!nextPage.empty()) pages->insert(baseUrl + nextPage);
+    return links;
+}
+
+// Follows what a plan reads: the resources its parents link to, and every page and linked member
+// of the collections it meets, since the walks read them all.
+std::vector<std::string> FollowPlan(const std::string& baseUrl, const AheadRead* plan, std::size_t count,
+                                    const std::string& url, const RestResult& answer)
+{
+    std::vector<std::string> urls;
+    boost::system::error_code error;
+    const boost::json::value document = boost::json::parse(answer.body, error);
+    if (error) return urls;
+    AddPlanLinks(baseUrl, plan, count, url, document, urls);
+    std::string nextPage;
+    for (const std::string& link : CollectionLinks(baseUrl, document, nextPage)) AddOnce(urls, link);
+    return urls;
+}
+
+// The resources that the plan's parents kept already link to: their answers come no more.
+void AddKeptPlanLinks(const RestSession& session, const AheadRead* plan, std::size_t count,
+                      std::vector<std::string>& urls)
+{
+    for (std::size_t i = 0; i < count; ++i) {
+        const std::string parent = ExpandedUrl(session.baseUrl, plan[i].url, plan[i].levels);
+        RestResult kept;
+        if (plan[i].link == nullptr || !session.client.FindKept(parent, kept)) continue;
+        boost::system::error_code error;
+        const boost::json::value document = boost::json::parse(kept.body, error);
+        if (!error) AddPlanLinks(session.baseUrl, plan + i, 1, parent, document, urls);
+    }
 }
 
 }  // namespace
@@ -51,8 +162,7 @@ RestSession MakeRestSession(const XModule::ConnectionInfo& connection)
 
 void FetchUrl(RestSession& session, RestResult& result, const std::string& url, int levels)
 {
-    const std::string path = levels == 0 ? url : (boost::format(EXPAND_PATTERN) % url % levels).str();
-    const std::string fullUrl = session.baseUrl + path;
+    const std::string fullUrl = ExpandedUrl(session.baseUrl, url, levels);
     result = session.client.Get(fullUrl);
     if (result.httpCode == SUCCESS_STATUS && result.curlCode == 0)
         return;
@@ -64,16 +174,11 @@ void FetchUrl(RestSession& session, RestResult& result, const std::string& url, 
 void GetLinksAhead(RedfishClient& client, const std::string& baseUrl, const boost::json::array& links,
                    const std::string& nextPage)
 {
-    std::vector<std::string> urls;
-    for (const boost::json::value& entry : links) {
-        // A member given whole (an expanded collection) needs no fetch of its own.
-        const boost::json::object* object = entry.if_object();
-        if (object == nullptr || object->size() != 1) continue;
-        const std::string link = ReadJsonString(entry, "/@odata.id", "");
-        if (!link.empty()) urls.push_back(baseUrl + link);
-    }
-    if (!nextPage.empty()) urls.push_back(baseUrl + nextPage);
-    client.GetAhead(urls);
+    using boost::placeholders::_1;
+    using boost::placeholders::_2;
+    const boost::shared_ptr<std::set<std::string> > pages(new std::set<std::string>);
+    if (!nextPage.empty()) pages->insert(baseUrl + nextPage);
+    client.GetAhead(PageLinks(baseUrl, links, nextPage), boost::bind(&FollowPages, baseUrl, pages, _1, _2));
 }
 
 void GetMembersAhead(RestSession& session, const boost::json::value& page)
@@ -81,6 +186,19 @@ void GetMembersAhead(RestSession& session, const boost::json::value& page)
     const boost::json::array* members = FindJsonArray(page, "/Members");
     if (members == nullptr) return;
     GetLinksAhead(session.client, session.baseUrl, *members, ReadJsonString(page, "/Members@odata.nextLink", ""));
+}
+
+void ReadAhead(RestSession& session, const AheadPlan& plan)
+{
+    using boost::placeholders::_1;
+    using boost::placeholders::_2;
+    RunContext* run = RunContext::Current();
+    if (run == nullptr || !run->FirstTime(plan.reads)) return;
+    std::vector<std::string> urls;
+    AddKeptPlanLinks(session, plan.reads, plan.count, urls);
+    for (std::size_t i = 0; i < plan.count; ++i)
+        AddOnce(urls, ExpandedUrl(session.baseUrl, plan.reads[i].url, plan.reads[i].levels));
+    session.client.GetAhead(urls, boost::bind(&FollowPlan, session.baseUrl, plan.reads, plan.count, _1, _2));
 }
 
 }  // namespace Rest

@@ -39,6 +39,28 @@ void GetMembersAhead(RestSession& session, const boost::json::value& page);
 void GetLinksAhead(RedfishClient& client, const std::string& baseUrl, const boost::json::array& links,
                    const std::string& nextPage = std::string());
 
+// One resource a walk reads: `url` fetched with `levels` of expansion, or, when `link` is set, the
+// resources that `url` links to at that JSON pointer (a link object or a list of them), each
+// fetched with `linkLevels`.
+struct AheadRead {
+    const char* url;
+    int levels;
+    const char* link;
+    int linkLevels;
+};
+
+// The reads of one module's walks, in a constant table.
+struct AheadPlan {
+    const AheadRead* reads;
+    std::size_t count;
+};
+
+// Within an inventory run, once per plan: GETs the plan's resources ahead, with the ones they link
+// to and the pages and members of its collections, so that walks reading them one after another
+// find them fetched or on their way. Returns at once; logs nothing but the debug line of the
+// request: the walks log their reads as they make them.
+void ReadAhead(RestSession& session, const AheadPlan& plan);
+
 }  // namespace Rest
 
 #endif

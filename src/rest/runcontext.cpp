@@ -1,12 +1,15 @@
 #include "rest/runcontext.h"
 
 #include "kestro/xmodule/globalconfig.h"
+#include "rest/prefetcher.h"
 
 #include <curl/curl.h>
 
 #include <atomic>
 #include <map>
+#include <memory>
 #include <mutex>
+#include <set>
 
 namespace Rest {
 
@@ -17,23 +20,20 @@ thread_local RunContext* currentContext = nullptr;
 const int kSuccessStatus = 200;
 const int kDefaultConcurrency = 4;
 
-std::string AnswerKey(const std::string& url, const std::string& credentials)
-{
-    return url + '\n' + credentials;
-}
-
 }  // namespace
 
 struct RunContext::Private {
     mutable std::mutex answersLock;
     std::map<std::string, RestResult> answers;
-    std::map<std::string, RestResult> failures;
+    std::set<const void*> seen;
     std::size_t concurrency = 1;
     CURLSH* share = nullptr;
     // One lock per kind of data the share holds, as libcurl asks its user to provide.
     std::mutex shareLocks[CURL_LOCK_DATA_LAST];
     std::atomic<std::uint64_t> requests{0};
     std::atomic<std::uint64_t> waitNanoseconds{0};
+    std::mutex prefetcherLock;
+    std::unique_ptr<Prefetcher> prefetcher;
 
     static void LockShare(CURL*, curl_lock_data data, curl_lock_access, void* owner)
     {
@@ -67,7 +67,14 @@ RunContext::RunContext() : d(new Private)
 
 RunContext::~RunContext()
 {
+    // The thread's transfers use the share: they end first.
+    d->prefetcher.reset();
     if (d->share != nullptr) curl_share_cleanup(d->share);
+}
+
+std::string RunContext::AnswerKey(const std::string& url, const std::string& credentials)
+{
+    return url + '\n' + credentials;
 }
 
 bool RunContext::FindAnswer(const std::string& url, const std::string& credentials, RestResult& answer) const
@@ -88,20 +95,28 @@ void RunContext::KeepAnswer(const std::string& url, const std::string& credentia
 
 void* RunContext::Share() { return d->share; }
 
-void RunContext::KeepFailure(const std::string& url, const std::string& credentials, const RestResult& answer)
+void RunContext::FetchAhead(const RestClient& client, const std::string& credentials,
+                            const std::vector<std::string>& urls, const RestClient::FollowLinks& follow)
 {
-    const std::lock_guard<std::mutex> guard(d->answersLock);
-    d->failures[AnswerKey(url, credentials)] = answer;
+    const std::lock_guard<std::mutex> guard(d->prefetcherLock);
+    if (!d->prefetcher) d->prefetcher.reset(new Prefetcher(*this));
+    d->prefetcher->Fetch(client.CopySettings(), credentials, urls, follow);
 }
 
-bool RunContext::TakeFailure(const std::string& url, const std::string& credentials, RestResult& answer)
+void RunContext::AwaitAhead(const std::string& url, const std::string& credentials)
+{
+    Prefetcher* prefetcher = nullptr;
+    {
+        const std::lock_guard<std::mutex> guard(d->prefetcherLock);
+        prefetcher = d->prefetcher.get();
+    }
+    if (prefetcher != nullptr) prefetcher->AwaitRunning(url, credentials);
+}
+
+bool RunContext::FirstTime(const void* key)
 {
     const std::lock_guard<std::mutex> guard(d->answersLock);
-    const std::map<std::string, RestResult>::iterator found = d->failures.find(AnswerKey(url, credentials));
-    if (found == d->failures.end()) return false;
-    answer = found->second;
-    d->failures.erase(found);
-    return true;
+    return d->seen.insert(key).second;
 }
 
 void RunContext::CountRequests(std::uint64_t count, std::uint64_t nanoseconds)

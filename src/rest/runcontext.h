@@ -1,12 +1,14 @@
 #ifndef KESTRO_REST_RUNCONTEXT_H
 #define KESTRO_REST_RUNCONTEXT_H
 
+#include "kestro/rest/restclient.h"
 #include "kestro/rest/restresult.h"
 
 #include <boost/scoped_ptr.hpp>
 
 #include <cstdint>
 #include <string>
+#include <vector>
 
 namespace Rest {
 
@@ -25,10 +27,15 @@ public:
     void KeepAnswer(const std::string& url, const std::string& credentials, const RestResult& answer);
     // The libcurl share handle (CURLSH*), thread-safe, for every easy handle of the run.
     void* Share();
-    // A transport failure of a GET made ahead of its reader, handed once to the reader that asks,
-    // so that a member that timed out costs its time once.
-    void KeepFailure(const std::string& url, const std::string& credentials, const RestResult& answer);
-    bool TakeFailure(const std::string& url, const std::string& credentials, RestResult& answer);
+    // GETs of `urls`, and of what `follow` finds in their answers, sent ahead of their readers on
+    // the run's own thread by a copy of `client` (see Prefetcher).
+    void FetchAhead(const RestClient& client, const std::string& credentials, const std::vector<std::string>& urls,
+                    const RestClient::FollowLinks& follow);
+    // Waits, within the transfer deadline, for a GET of `url` sent ahead and running; one still
+    // queued is left to the caller to send.
+    void AwaitAhead(const std::string& url, const std::string& credentials);
+    // True the first time a run meets `key` (a read-ahead plan), so that each plan is sent once.
+    bool FirstTime(const void* key);
     // Requests sent and the wall time spent waiting on them.
     void CountRequests(std::uint64_t count, std::uint64_t nanoseconds);
     // GETs a run sends at once when it reads ahead: REDFISH_CONCURRENCY in global.config when the
@@ -37,6 +44,8 @@ public:
     std::uint64_t Requests() const;
     double WaitSeconds() const;
 
+    // The key of a URL asked with some credentials, in the cache and among GETs on their way.
+    static std::string AnswerKey(const std::string& url, const std::string& credentials);
     // The context of the calling thread's run; null outside a run.
     static RunContext* Current();
 

@@ -66,7 +66,7 @@ const BmcFault kBmcFaults[] = {
          dimm.insert(dimm.find('{') + 1, "\"Padding\": \"" + std::string(50u << 20, 'x') + "\",");
          bmc.SetDocument(kMemory + "/DIMM1", dimm);
      },
-     nullptr, 3, 0, nullptr, "  Memory: 16\n", "Time limit"},
+     nullptr, 20, 0, nullptr, "  Memory: 16\n", "Time limit"},
     {"truncated JSON", [](LoopbackBmc& bmc) { bmc.SetRawResponse(kMemory, JsonAnswer("{\"Members\": [{\"@odata")); },
      nullptr, 3, 0, "Failed to parse json with error is", kFirmware, "  Memory:"},
     {"invalid JSON", [](LoopbackBmc& bmc) { bmc.SetRawResponse(kMemory, JsonAnswer("{\"Members\": [nope]}")); },
@@ -74,11 +74,12 @@ const BmcFault kBmcFaults[] = {
     {"JSON nested 10,000 deep",
      [](LoopbackBmc& bmc) { bmc.SetRawResponse(kMemory, JsonAnswer(std::string(10000, '[') + std::string(10000, ']'))); },
      nullptr, 3, 0, "Failed to parse json with error is too deep", kFirmware, "  Memory:"},
+    // The firmware is read, ahead of its type, before the memory; the sensors after it.
     {"password changed mid-run", [](LoopbackBmc& bmc) { bmc.SetLatency(50); },
-     [](LoopbackBmc& bmc) { bmc.SetPassword("Changed-Pass"); }, 3, 0, "error code is 401", kProcessors,
-     "  FirmwareInventory:"},
+     [](LoopbackBmc& bmc) { bmc.SetPassword("Changed-Pass"); }, 3, 0, "error code is 401", kFirmware,
+     "  NumericSensor:"},
     {"certificate changed mid-run", [](LoopbackBmc& bmc) { bmc.SetLatency(50); },
-     [](LoopbackBmc& bmc) { bmc.ReplaceCertificate(); }, 3, 0, "error code is -1", kProcessors, "  FirmwareInventory:"},
+     [](LoopbackBmc& bmc) { bmc.ReplaceCertificate(); }, 3, 0, "error code is -1", kFirmware, "  NumericSensor:"},
 };
 
 }  // namespace

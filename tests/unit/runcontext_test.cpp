@@ -11,6 +11,7 @@
 
 #include <algorithm>
 #include <map>
+#include <set>
 #include <string>
 
 using kestro::repository::RRepository;
@@ -57,22 +58,41 @@ std::string Repeated(const LoopbackBmc& bmc)
 
 }  // namespace
 
-TEST(RunContextTest, AWholeInventoryFetchesEachUrlOnceAndARunOfItsOwnFetchesAgain)
+// Read one at a time or four at a time (members, pages and each module's resources ahead of their
+// types), a whole inventory asks the same URLs, each once, and writes the same file.
+TEST(RunContextTest, AWholeInventoryFetchesEachUrlOnceWhateverTheConcurrency)
+{
+    std::set<std::string> urls[2];
+    std::string xml[2];
+    for (int concurrency : {1, 4}) {
+        TempDir dir;
+        const ScopedEnv home("KESTRO_HOME", HomeWith(dir, "REDFISH_CONCURRENCY=" + std::to_string(concurrency)));
+        LoopbackBmc bmc(FullBmcOptions(kPassword));
+        bmc.Start();
+        bmc.SetPageSize(10);
+        RRepository repo(FullBmcConnection(bmc), kestro::repository::CaseCfcOob);
+        RunEveryGroup(repo);
+        const std::size_t run = concurrency == 1 ? 0 : 1;
+        EXPECT_EQ("", Repeated(bmc)) << concurrency;
+        EXPECT_EQ(static_cast<std::uint64_t>(bmc.RequestCount()), repo.GetTransferTotals().requests);
+        EXPECT_LT(0.0, repo.GetTransferTotals().waitSeconds);
+        for (const LoopbackBmc::Request& request : bmc.Requests()) urls[run].insert(request.target);
+        ASSERT_TRUE(repo.WriteXML("run.xml", dir.Path()));
+        xml[run] = dir.Read("run.xml");
+    }
+    EXPECT_EQ(urls[0], urls[1]);
+    EXPECT_NE(std::string::npos, xml[1].find("Memory"));
+    EXPECT_EQ(xml[0], xml[1]);
+}
+
+// Answers are kept for one repository's run only: a new one asks the BMC afresh.
+TEST(RunContextTest, ARunOfItsOwnFetchesAgain)
 {
     const ScopedEnv home("KESTRO_HOME", std::string(KESTRO_SOURCE_DATA) + "/..");
     LoopbackBmc bmc(FullBmcOptions(kPassword));
     bmc.Start();
-    bmc.SetPageSize(10);
-
     RRepository repo(FullBmcConnection(bmc), kestro::repository::CaseCfcOob);
     RunEveryGroup(repo);
-    const std::vector<std::string> types = repo.GetCollectedInstanceTypes();
-    EXPECT_NE(types.end(), std::find(types.begin(), types.end(), "Memory"));
-    EXPECT_EQ("", Repeated(bmc));
-    EXPECT_EQ(static_cast<std::uint64_t>(bmc.RequestCount()), repo.GetTransferTotals().requests);
-    EXPECT_LT(0.0, repo.GetTransferTotals().waitSeconds);
-
-    // Answers are kept for one repository's run only: a new one asks the BMC afresh.
     const int firstRun = bmc.RequestCount();
     RRepository again(FullBmcConnection(bmc), kestro::repository::CaseCfcOob);
     RunEveryGroup(again);
@@ -111,7 +131,9 @@ TEST(RunContextTest, MembersReadAheadFailAsInASerialRun)
             EXPECT_EQ(fault.numericSensors, sensors.size()) << fault.fault << ", concurrency " << concurrency;
             repo.FreeInstances(sensors);
             // Two types walk the sensors: each meets the stalled member once.
-            EXPECT_EQ(fault.path == kStalled ? 2 : 0, bmc.RequestCount(kStalled)) << fault.fault;
+            if (fault.path == kStalled) {
+                EXPECT_EQ(2, bmc.RequestCount(kStalled)) << concurrency;
+            }
             ASSERT_TRUE(repo.WriteXML("run.xml", dir.Path()));
             xml[concurrency == 1 ? 0 : 1] = dir.Read("run.xml");
         }

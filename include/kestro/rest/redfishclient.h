@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "kestro/rest/restclient.h"
 #include "kestro/rest/restclientinterface.h"
 
 namespace Rest {
@@ -48,9 +49,15 @@ public:
     RestResult Options(const std::string& url) override;
     int ClassifyResult(const RestResult& result) override;
 
-    // Inside an inventory run: GETs of the `urls` not fetched yet, several at a time, kept for
-    // the Get calls that follow in their own order. Outside a run, or at a concurrency of 1, nothing.
-    void GetAhead(const std::vector<std::string>& urls);
+    // Inside an inventory run: GETs of the `urls` not fetched yet, and of the ones `follow` finds
+    // in their answers (called on another thread), sent several at a time by the run's own thread
+    // while the caller goes on; each answer is kept as it arrives for the Get calls that follow,
+    // in their own order. Outside a run, or at a concurrency of 1, nothing.
+    void GetAhead(const std::vector<std::string>& urls,
+                  const RestClient::FollowLinks& follow = RestClient::FollowLinks());
+    // The answer this run keeps for a GET of `url` by this client's credentials, without a request
+    // and without a log line; false outside a run or when there is none.
+    bool FindKept(const std::string& url, RestResult& answer) const;
 
     // Test seam: replaces the start-up wait and the 5000 ms pause of this object only.
     // The library never calls it; a client keeps the process-wide settings otherwise.

@@ -4,6 +4,7 @@
 #include <cstdio>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "kestro/rest/restclientinterface.h"
@@ -51,9 +52,28 @@ public:
     void SetClientCertificate(const std::string& certFile, const std::string& certType,
                               const std::string& keyFile, const std::string& keyPassword);
     void SetCookieLine(const std::string& cookieLine);
-    // GETs of all `urls`, at most `concurrency` at a time on connections of their own, with this
-    // client's settings; the results in the order of `urls`. No 503 is retried here.
-    std::vector<RestResult> GetMany(const std::vector<std::string>& urls, std::size_t concurrency);
+    // The URLs to GET next that an answer of GetMany names (the members and next page of a page).
+    typedef boost::function<std::vector<std::string>(const std::string& url, const RestResult& answer)> FollowLinks;
+    typedef std::vector<std::pair<std::string, RestResult> > Answers;
+    // How a batch of GetMany is steered; every part may be left empty.
+    struct Batch {
+        Batch() : waited(true) {}
+        // Called on each answer as it arrives; the URLs it gives join the batch.
+        FollowLinks follow;
+        // Asked before each GET is sent; false leaves that URL out (its result stays empty).
+        boost::function<bool(const std::string& url)> wanted;
+        // Asked while the batch runs; true ends it at once, GETs still running dropped.
+        boost::function<bool()> cancelled;
+        // Whether the caller waits for the batch, so that its time counts as the run's waiting.
+        bool waited;
+    };
+    // GETs of all `urls` and of what the batch follows, at most `concurrency` at a time on
+    // connections of their own, with this client's settings; each URL once, with its result, in
+    // the order asked. No 503 is retried here.
+    Answers GetMany(const std::vector<std::string>& urls, std::size_t concurrency, const Batch& batch = Batch());
+    // A new client with this one's settings (credentials, TLS, redirects, headers, time-out,
+    // proxy, cookies), for another thread; it shares no connection and no output file.
+    RestClient CopySettings() const;
     // The body goes to this open file instead of the result; null restores the default.
     void SetOutputFile(std::FILE* file);
 

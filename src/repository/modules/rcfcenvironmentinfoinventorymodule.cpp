@@ -7,6 +7,8 @@
 
 #include <boost/bind/bind.hpp>
 
+#include <iterator>
+
 namespace kestro {
 namespace repository {
 
@@ -83,17 +85,17 @@ const char* const kDiscreteUnit = "discrete";
 const RCFCGivenValue kVolts = {"ReadingUnits", "Volts"};
 const RCFCGivenValue kCelsius = {"ReadingUnits", "Celsius degree"};
 
-const std::string& ChassisUrl()
-{
-    static const std::string url = "/redfish/v1/Chassis/1";
-    return url;
-}
+const char* const kChassisUrl = "/redfish/v1/Chassis/1";
+const char* const kLEDsUrl = "/redfish/v1/Chassis/1/Oem/Orvena/LEDs";
 
-const std::string& LEDsUrl()
-{
-    static const std::string url = "/redfish/v1/Chassis/1/Oem/Orvena/LEDs";
-    return url;
-}
+// What the walks below read, so that the module's first walk of a run fetches it all at once.
+const Rest::AheadRead kReadPlan[] = {
+    {kChassisUrl, 1, "/Sensors", 0},
+    {kChassisUrl, 1, "/Thermal", 0},
+    {kChassisUrl, 1, "/Power", 0},
+    {kLEDsUrl, 1, nullptr, 0},
+};
+const Rest::AheadPlan kPlan = {kReadPlan, std::size(kReadPlan)};
 
 void LogNextPage(const std::string& nextLink) { RLOG(3) << "odata.nextLink :" << nextLink; }
 
@@ -123,19 +125,19 @@ void RCFCEnvironmentInfoInventoryModule::InitCallbacks()
 
 void RCFCEnvironmentInfoInventoryModule::EnumDiscreteSensorInstances(RRepository& repo)
 {
-    RCFCRedfish::Enumerate(repo, "Try to enum Discrete Sensor instance.",
+    RCFCRedfish::Enumerate(repo, "Try to enum Discrete Sensor instance.", kPlan,
                            [this, &repo](Rest::RestSession& session) { WalkSensors(session, repo, true); });
 }
 
 void RCFCEnvironmentInfoInventoryModule::EnumNumericSensorInstances(RRepository& repo)
 {
-    RCFCRedfish::Enumerate(repo, "Try to enum Numeric Sensor instance.",
+    RCFCRedfish::Enumerate(repo, "Try to enum Numeric Sensor instance.", kPlan,
                            [this, &repo](Rest::RestSession& session) { WalkSensors(session, repo, false); });
 }
 
 void RCFCEnvironmentInfoInventoryModule::EnumFanSensorInstances(RRepository& repo)
 {
-    RCFCRedfish::Enumerate(repo, "Try to enum Fan Sensor instance.", [this, &repo](Rest::RestSession& session) {
+    RCFCRedfish::Enumerate(repo, "Try to enum Fan Sensor instance.", kPlan, [this, &repo](Rest::RestSession& session) {
         WalkReadings(session, repo, "Thermal", "Fans", "FanSensor", "Fan Sensor", kFanSensorFields,
                      RCFCFieldCount(kFanSensorFields), nullptr);
     });
@@ -143,7 +145,7 @@ void RCFCEnvironmentInfoInventoryModule::EnumFanSensorInstances(RRepository& rep
 
 void RCFCEnvironmentInfoInventoryModule::EnumPowerSensorInstances(RRepository& repo)
 {
-    RCFCRedfish::Enumerate(repo, "Try to enum Numeric Power Sensor instance.",
+    RCFCRedfish::Enumerate(repo, "Try to enum Numeric Power Sensor instance.", kPlan,
                            [this, &repo](Rest::RestSession& session) {
                                WalkReadings(session, repo, "Power", "Voltages", "PowerSensor", "Power Sensor",
                                             kPowerSensorFields, RCFCFieldCount(kPowerSensorFields), &kVolts);
@@ -152,7 +154,7 @@ void RCFCEnvironmentInfoInventoryModule::EnumPowerSensorInstances(RRepository& r
 
 void RCFCEnvironmentInfoInventoryModule::EnumTemperatureSensorInstances(RRepository& repo)
 {
-    RCFCRedfish::Enumerate(repo, "Try to enum Temperature Sensor instance.",
+    RCFCRedfish::Enumerate(repo, "Try to enum Temperature Sensor instance.", kPlan,
                            [this, &repo](Rest::RestSession& session) {
                                WalkReadings(session, repo, "Thermal", "Temperatures", "TemperatureSensor",
                                             "Temperature Sensor", kTemperatureSensorFields,
@@ -162,13 +164,13 @@ void RCFCEnvironmentInfoInventoryModule::EnumTemperatureSensorInstances(RReposit
 
 void RCFCEnvironmentInfoInventoryModule::EnumLEDInstances(RRepository& repo)
 {
-    RCFCRedfish::Enumerate(repo, "Try to enum LED instance.",
+    RCFCRedfish::Enumerate(repo, "Try to enum LED instance.", kPlan,
                            [this, &repo](Rest::RestSession& session) { WalkLEDs(session, repo); });
 }
 
 void RCFCEnvironmentInfoInventoryModule::WalkSensors(Rest::RestSession& session, RRepository& repo, bool discrete)
 {
-    const boost::json::value chassis = RCFCRedfish::FetchJson(session, ChassisUrl(), 1);
+    const boost::json::value chassis = RCFCRedfish::FetchJson(session, kChassisUrl, 1);
     const std::string link = RCFCRedfish::LinkOf(chassis, "Sensors");
     if (link == Rest::JSON_MISSING_TEXT) return;
     // Both kinds follow the next-page links: a discrete sensor may stand on any page.
@@ -194,7 +196,7 @@ void RCFCEnvironmentInfoInventoryModule::WalkReadings(Rest::RestSession& session
                                                       const RCFCField* fields, std::size_t count,
                                                       const RCFCGivenValue* unit)
 {
-    const boost::json::value chassis = RCFCRedfish::FetchJson(session, ChassisUrl(), 1);
+    const boost::json::value chassis = RCFCRedfish::FetchJson(session, kChassisUrl, 1);
     const std::string documentUrl = RCFCRedfish::LinkOf(chassis, link);
     if (documentUrl == Rest::JSON_MISSING_TEXT) return;
     const boost::json::value document = RCFCRedfish::FetchJson(session, documentUrl, 0);
@@ -206,7 +208,7 @@ void RCFCEnvironmentInfoInventoryModule::WalkReadings(Rest::RestSession& session
 
 void RCFCEnvironmentInfoInventoryModule::WalkLEDs(Rest::RestSession& session, RRepository& repo)
 {
-    Rest::WalkCollection(session, LEDsUrl(), Rest::WalkExpanded,
+    Rest::WalkCollection(session, kLEDsUrl, Rest::WalkExpanded,
                          [&repo](const boost::json::value& led) { RCFCAddRecord(repo, "LED", "LED", led, kLEDFields); });
 }
 

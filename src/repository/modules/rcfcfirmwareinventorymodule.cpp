@@ -7,6 +7,7 @@
 #include <boost/bind/bind.hpp>
 
 #include <cctype>
+#include <iterator>
 
 namespace kestro {
 namespace repository {
@@ -28,17 +29,15 @@ const RCFCField kVPDFields[] = {
 };
 const std::size_t kMachineTypeLength = 4;
 
-const std::string& FirmwareUrl()
-{
-    static const std::string url = "/redfish/v1/UpdateService/FirmwareInventory";
-    return url;
-}
+const char* const kFirmwareUrl = "/redfish/v1/UpdateService/FirmwareInventory";
+const char* const kSystemUrl = "/redfish/v1/Systems/1";
 
-const std::string& SystemUrl()
-{
-    static const std::string url = "/redfish/v1/Systems/1";
-    return url;
-}
+// What the walks below read, so that the module's first walk of a run fetches both at once.
+const Rest::AheadRead kReadPlan[] = {
+    {kFirmwareUrl, 1, nullptr, 0},
+    {kSystemUrl, 0, nullptr, 0},
+};
+const Rest::AheadPlan kPlan = {kReadPlan, std::size(kReadPlan)};
 
 bool IsAlphanumeric(const std::string& text)
 {
@@ -76,26 +75,26 @@ void RCFCFirmwareInventoryModule::InitCallbacks()
 
 void RCFCFirmwareInventoryModule::EnumFirmwareInstances(RRepository& repo)
 {
-    RCFCRedfish::Enumerate(repo, "Try to enum Firmware instance.",
+    RCFCRedfish::Enumerate(repo, "Try to enum Firmware instance.", kPlan,
                            [this, &repo](Rest::RestSession& session) { WalkFirmware(session, repo); });
 }
 
 void RCFCFirmwareInventoryModule::EnumVPDInstances(RRepository& repo)
 {
-    RCFCRedfish::Enumerate(repo, "Try to enum VPD instance.",
+    RCFCRedfish::Enumerate(repo, "Try to enum VPD instance.", kPlan,
                            [this, &repo](Rest::RestSession& session) { ReadSystemVPD(session, repo); });
 }
 
 void RCFCFirmwareInventoryModule::WalkFirmware(Rest::RestSession& session, RRepository& repo)
 {
-    Rest::WalkCollection(session, FirmwareUrl(), Rest::WalkExpanded, [&repo](const boost::json::value& member) {
+    Rest::WalkCollection(session, kFirmwareUrl, Rest::WalkExpanded, [&repo](const boost::json::value& member) {
         RCFCAddRecord(repo, "FirmwareInventory", "Firmware Inventory", member, kFirmwareFields);
     });
 }
 
 void RCFCFirmwareInventoryModule::ReadSystemVPD(Rest::RestSession& session, RRepository& repo)
 {
-    const boost::json::value system = RCFCRedfish::FetchJson(session, SystemUrl(), 0);
+    const boost::json::value system = RCFCRedfish::FetchJson(session, kSystemUrl, 0);
     const RCFCGivenValue machineType = {"MachineType", MachineTypeOf(system)};
     RCFCAddRecord(repo, "SystemVPD", "System VPD", system, kVPDFields, false, &machineType);
 }

@@ -9,6 +9,7 @@
 
 #include <boost/bind/bind.hpp>
 
+#include <iterator>
 #include <string>
 #include <vector>
 
@@ -107,17 +108,20 @@ const RCFCField kDriveFields[] = {
     {"State", "State", KindText, UnderStatus},
 };
 
-const std::string& SystemUrl()
-{
-    static const std::string url = "/redfish/v1/Systems/1";
-    return url;
-}
+const char* const kSystemUrl = "/redfish/v1/Systems/1";
+const char* const kChassisUrl = "/redfish/v1/Chassis/1";
 
-const std::string& ChassisUrl()
-{
-    static const std::string url = "/redfish/v1/Chassis/1";
-    return url;
-}
+// What the walks below read, so that the module's first walk of a run fetches it all at once.
+const Rest::AheadRead kReadPlan[] = {
+    {kSystemUrl, 1, "/Processors", 1},
+    {kSystemUrl, 1, "/Memory", 1},
+    {kChassisUrl, 1, "/Thermal", 0},
+    {kChassisUrl, 1, "/Power", 0},
+    {kChassisUrl, 1, "/Links/Drives", 0},
+    // The system board's platform check reads the service root.
+    {"/redfish/v1", 0, nullptr, 0},
+};
+const Rest::AheadPlan kPlan = {kReadPlan, std::size(kReadPlan)};
 
 const char* const kProcessorLabel = "Processor/Core";
 
@@ -178,43 +182,43 @@ void RCFCHardwareInventoryModule::InitCallbacks()
 
 void RCFCHardwareInventoryModule::EnumProcessorInstances(RRepository& repo)
 {
-    RCFCRedfish::Enumerate(repo, "Try to enum processor instances.",
+    RCFCRedfish::Enumerate(repo, "Try to enum processor instances.", kPlan,
                            [this, &repo](Rest::RestSession& session) { WalkProcessors(session, repo); });
 }
 
 void RCFCHardwareInventoryModule::EnumMemoryInstances(RRepository& repo)
 {
-    RCFCRedfish::Enumerate(repo, "Try to enum memory instances.",
+    RCFCRedfish::Enumerate(repo, "Try to enum memory instances.", kPlan,
                            [this, &repo](Rest::RestSession& session) { WalkMemory(session, repo); });
 }
 
 void RCFCHardwareInventoryModule::EnumFanInstances(RRepository& repo)
 {
-    RCFCRedfish::Enumerate(repo, "Begin to enum Fan instances",
+    RCFCRedfish::Enumerate(repo, "Begin to enum Fan instances", kPlan,
                            [this, &repo](Rest::RestSession& session) { WalkFans(session, repo); });
 }
 
 void RCFCHardwareInventoryModule::EnumPowerInstances(RRepository& repo)
 {
-    RCFCRedfish::Enumerate(repo, "Begin to enum Power instances",
+    RCFCRedfish::Enumerate(repo, "Begin to enum Power instances", kPlan,
                            [this, &repo](Rest::RestSession& session) { WalkPowerSupplies(session, repo); });
 }
 
 void RCFCHardwareInventoryModule::EnumSystemBoardInstances(RRepository& repo)
 {
-    RCFCRedfish::Enumerate(repo, "Begin to enum SystemBoard instances",
+    RCFCRedfish::Enumerate(repo, "Begin to enum SystemBoard instances", kPlan,
                            [this, &repo](Rest::RestSession& session) { WalkSystemBoard(session, repo); });
 }
 
 void RCFCHardwareInventoryModule::EnumDriveInstances(RRepository& repo)
 {
-    RCFCRedfish::Enumerate(repo, "Begin to enum drive instances",
+    RCFCRedfish::Enumerate(repo, "Begin to enum drive instances", kPlan,
                            [this, &repo](Rest::RestSession& session) { WalkDrives(session, repo); });
 }
 
 void RCFCHardwareInventoryModule::WalkProcessors(Rest::RestSession& session, RRepository& repo)
 {
-    const boost::json::value system = RCFCRedfish::FetchJson(session, SystemUrl(), 1);
+    const boost::json::value system = RCFCRedfish::FetchJson(session, kSystemUrl, 1);
     const std::string link = RCFCRedfish::LinkOf(system, "Processors");
     if (link == Rest::JSON_MISSING_TEXT) return;
     // A BMC may page a long collection; every page is walked.
@@ -225,7 +229,7 @@ void RCFCHardwareInventoryModule::WalkProcessors(Rest::RestSession& session, RRe
 
 void RCFCHardwareInventoryModule::WalkMemory(Rest::RestSession& session, RRepository& repo)
 {
-    const boost::json::value system = RCFCRedfish::FetchJson(session, SystemUrl(), 1);
+    const boost::json::value system = RCFCRedfish::FetchJson(session, kSystemUrl, 1);
     const std::string link = RCFCRedfish::LinkOf(system, "Memory");
     if (link == Rest::JSON_MISSING_TEXT) return;
     // The table's title counts the modules of every page, so the records wait for the last page;
@@ -243,7 +247,7 @@ void RCFCHardwareInventoryModule::WalkMemory(Rest::RestSession& session, RReposi
 
 void RCFCHardwareInventoryModule::WalkFans(Rest::RestSession& session, RRepository& repo)
 {
-    const boost::json::value chassis = RCFCRedfish::FetchJson(session, ChassisUrl(), 1);
+    const boost::json::value chassis = RCFCRedfish::FetchJson(session, kChassisUrl, 1);
     const std::string link = RCFCRedfish::LinkOf(chassis, "Thermal");
     if (link == Rest::JSON_MISSING_TEXT) return;
     const boost::json::value thermal = RCFCRedfish::FetchJson(session, link, 0);
@@ -257,7 +261,7 @@ void RCFCHardwareInventoryModule::WalkFans(Rest::RestSession& session, RReposito
 
 void RCFCHardwareInventoryModule::WalkPowerSupplies(Rest::RestSession& session, RRepository& repo)
 {
-    const boost::json::value chassis = RCFCRedfish::FetchJson(session, ChassisUrl(), 1);
+    const boost::json::value chassis = RCFCRedfish::FetchJson(session, kChassisUrl, 1);
     const std::string link = RCFCRedfish::LinkOf(chassis, "Power");
     if (link == Rest::JSON_MISSING_TEXT) return;
     const boost::json::value power = RCFCRedfish::FetchJson(session, link, 0);
@@ -268,7 +272,7 @@ void RCFCHardwareInventoryModule::WalkPowerSupplies(Rest::RestSession& session, 
 
 void RCFCHardwareInventoryModule::WalkSystemBoard(Rest::RestSession& session, RRepository& repo)
 {
-    const boost::json::value chassis = RCFCRedfish::FetchJson(session, ChassisUrl(), 1);
+    const boost::json::value chassis = RCFCRedfish::FetchJson(session, kChassisUrl, 1);
     if (!chassis.is_object()) return;
     const bool platformV2 =
         XModule::SystemCheck::FromLibraryFolder().IsCFCPlatformV2(repo.GetRestConnectionList().front());
@@ -277,7 +281,7 @@ void RCFCHardwareInventoryModule::WalkSystemBoard(Rest::RestSession& session, RR
 
 void RCFCHardwareInventoryModule::WalkDrives(Rest::RestSession& session, RRepository& repo)
 {
-    const boost::json::value chassis = RCFCRedfish::FetchJson(session, ChassisUrl(), 1);
+    const boost::json::value chassis = RCFCRedfish::FetchJson(session, kChassisUrl, 1);
     const boost::json::array* links = Rest::FindJsonArray(chassis, "/Links/Drives");
     if (links == nullptr) return;
     Rest::GetLinksAhead(session.client, session.baseUrl, *links);

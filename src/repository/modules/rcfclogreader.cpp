@@ -36,6 +36,7 @@ void RCFCLogReader::Enumerate(RRepository& repo, const std::string& startLine, S
     if (!RCFCRedfish::FirstConnection(repo, startLine, connection)) return;
     RCFCRedfish::RunGuarded([&]() {
         XModule::LogmgrRedfishCFC reader(connection);
+        reader.ReadLogsAhead();
         std::vector<XModule::SELREDFISHDATACFC> records;
         const int ret = (reader.*source)(records);
         if (ret != XModule::LogmgrRedfishCFC::Success) RLOG(2) << sourceName << " returns error = " << ret;

@@ -116,10 +116,18 @@ bool RCFCRedfish::FirstConnection(RRepository& repo, const std::string& startLin
 
 void RCFCRedfish::Enumerate(RRepository& repo, const std::string& startLine, const SessionWalk& walk)
 {
+    const Rest::AheadPlan none = {nullptr, 0};
+    Enumerate(repo, startLine, none, walk);
+}
+
+void RCFCRedfish::Enumerate(RRepository& repo, const std::string& startLine, const Rest::AheadPlan& plan,
+                            const SessionWalk& walk)
+{
     XModule::ConnectionInfo connection;
     if (!FirstConnection(repo, startLine, connection)) return;
-    RunGuarded([&walk, &connection]() {
+    RunGuarded([&walk, &connection, &plan]() {
         Rest::RestSession session = Rest::MakeRestSession(connection);
+        if (plan.count != 0) Rest::ReadAhead(session, plan);
         walk(session);
     });
 }

@@ -12,6 +12,7 @@
 #include <string>
 
 namespace Rest {
+struct AheadPlan;
 struct RestSession;
 }
 
@@ -74,6 +75,9 @@ public:
     static bool FirstConnection(RRepository& repo, const std::string& startLine, XModule::ConnectionInfo& connection);
     // Logs `startLine`, opens a session on the first REST connection and runs `walk` guarded.
     static void Enumerate(RRepository& repo, const std::string& startLine, const SessionWalk& walk);
+    // The same, after sending the GETs of the module's `plan` ahead at its first walk of the run.
+    static void Enumerate(RRepository& repo, const std::string& startLine, const Rest::AheadPlan& plan,
+                          const SessionWalk& walk);
     // Runs `body`; a failed url, bad JSON or anything else is logged and ends only `body`.
     static void RunGuarded(const boost::function<void()>& body);
     // GETs `url` and parses the answer; throws InventoryError or the parser's error.

@@ -6,6 +6,8 @@
 
 #include <boost/system/system_error.hpp>
 
+#include <iterator>
+
 namespace XModule {
 
 namespace {
@@ -15,6 +17,13 @@ const char* const kChassisLogEntries = "/redfish/v1/Systems/1/LogServices/Chassi
 const char* const kSelEntries = "/redfish/v1/Systems/1/LogServices/SEL/Entries";
 const char* const kAuditLogEntries = "/redfish/v1/Managers/1/LogServices/AuditLog/Entries";
 const char* const kEventLogEntries = "/redfish/v1/Managers/1/LogServices/EventLog/Entries";
+
+const Rest::AheadRead kLogsPlan[] = {
+    {kBiosLogEntries, 1, nullptr, 0},
+    {kChassisLogEntries, 1, nullptr, 0},
+    {kEventLogEntries, 1, nullptr, 0},
+    {kAuditLogEntries, 1, nullptr, 0},
+};
 
 // "2026-11-21T09:03:27+00:00" gives "2026-11-21" and "09:03:27"; a stamp without a "T" is all date.
 void SplitTimeStamp(const std::string& stamp, std::string& date, std::string& time)
@@ -59,6 +68,13 @@ int LogmgrRedfishCFC::GetEventLog(std::vector<SELREDFISHDATACFC>& records)
 int LogmgrRedfishCFC::GetManagerSelLog(std::vector<SELREDFISHDATACFC>& records)
 {
     return ReadEntries(kSelEntries, records);
+}
+
+void LogmgrRedfishCFC::ReadLogsAhead()
+{
+    Rest::RestSession session = Rest::MakeRestSession(connection);
+    const Rest::AheadPlan plan = {kLogsPlan, std::size(kLogsPlan)};
+    Rest::ReadAhead(session, plan);
 }
 
 SELREDFISHDATACFC LogmgrRedfishCFC::ParseEntry(const boost::json::value& entry)

@@ -31,6 +31,9 @@ public:
     int GetAuditLog(std::vector<SELREDFISHDATACFC>& records);
     int GetEventLog(std::vector<SELREDFISHDATACFC>& records);
     int GetManagerSelLog(std::vector<SELREDFISHDATACFC>& records);
+    // Within an inventory run, once: the first page of the platform, audit and event logs fetched
+    // at once, for the Get calls that follow.
+    void ReadLogsAhead();
 
     // One entry as a record, apart from the request.
     static SELREDFISHDATACFC ParseEntry(const boost::json::value& entry);

@@ -1,0 +1,198 @@
+#include "rest/prefetcher.h"
+
+#include "rest/runcontext.h"
+#include "xmodule/transferdeadline.h"
+
+#include <boost/bind/bind.hpp>
+
+#include <atomic>
+#include <chrono>
+#include <condition_variable>
+#include <deque>
+#include <map>
+#include <memory>
+#include <mutex>
+#include <thread>
+
+namespace Rest {
+
+namespace {
+
+struct Job {
+    Job(RestClient&& sender, const std::string& user, const RestClient::FollowLinks& links)
+        : client(std::move(sender)), credentials(user), follow(links)
+    {
+    }
+    RestClient client;
+    std::string credentials;
+    std::vector<std::string> urls;
+    RestClient::FollowLinks follow;
+};
+
+// Where a GET of the thread stands; it leaves the table once it has ended or a reader took it.
+struct OnItsWay {
+    const Job* job;
+    bool running;
+};
+
+std::uint64_t NanosecondsSince(std::chrono::steady_clock::time_point start)
+{
+    return static_cast<std::uint64_t>(
+        std::chrono::duration_cast<std::chrono::nanoseconds>(std::chrono::steady_clock::now() - start).count());
+}
+
+}  // namespace
+
+struct Prefetcher::Private {
+    explicit Private(RunContext& owner) : run(owner) {}
+
+    RunContext& run;
+    std::mutex lock;
+    // Signalled when a GET ends or a job comes, and on stopping.
+    std::condition_variable changed;
+    std::map<std::string, OnItsWay> onItsWay;
+    std::deque<std::unique_ptr<Job> > jobs;
+    std::atomic<bool> stopping{false};
+    std::thread worker;
+
+    // Under `lock`: the URLs neither kept nor on their way, now queued for `job`.
+    std::vector<std::string> Claim(const Job& job, const std::vector<std::string>& urls)
+    {
+        std::vector<std::string> fresh;
+        RestResult kept;
+        for (const std::string& url : urls) {
+            const std::string key = RunContext::AnswerKey(url, job.credentials);
+            if (onItsWay.count(key) != 0 || run.FindAnswer(url, job.credentials, kept)) continue;
+            onItsWay[key] = OnItsWay{&job, false};
+            fresh.push_back(url);
+        }
+        return fresh;
+    }
+
+    void Forget(const Job& job, const std::string& url)
+    {
+        const std::map<std::string, OnItsWay>::iterator found =
+            onItsWay.find(RunContext::AnswerKey(url, job.credentials));
+        if (found != onItsWay.end() && found->second.job == &job) onItsWay.erase(found);
+    }
+
+    bool Begin(const Job* job, const std::string& url)
+    {
+        const std::lock_guard<std::mutex> guard(lock);
+        const std::map<std::string, OnItsWay>::iterator found =
+            onItsWay.find(RunContext::AnswerKey(url, job->credentials));
+        if (found == onItsWay.end() || found->second.job != job) return false;
+        found->second.running = true;
+        return true;
+    }
+
+    std::vector<std::string> Arrived(const Job* job, const std::string& url, const RestResult& answer)
+    {
+        // Kept before the GET leaves the table, so that a reader woken by it finds the answer.
+        run.KeepAnswer(url, job->credentials, answer);
+        const std::vector<std::string> links = job->follow ? job->follow(url, answer) : std::vector<std::string>();
+        std::vector<std::string> fresh;
+        {
+            const std::lock_guard<std::mutex> guard(lock);
+            Forget(*job, url);
+            fresh = Claim(*job, links);
+        }
+        changed.notify_all();
+        return fresh;
+    }
+
+    bool Stopping() const { return stopping; }
+
+    void RunJob(Job& job)
+    {
+        using boost::placeholders::_1;
+        using boost::placeholders::_2;
+        RestClient::Batch batch;
+        batch.follow = boost::bind(&Private::Arrived, this, &job, _1, _2);
+        batch.wanted = boost::bind(&Private::Begin, this, &job, _1);
+        batch.cancelled = boost::bind(&Private::Stopping, this);
+        batch.waited = false;
+        const RestClient::Answers answers = job.client.GetMany(job.urls, run.Concurrency(), batch);
+        // GETs refused past a deadline, taken by a reader or dropped are no longer on their way.
+        {
+            const std::lock_guard<std::mutex> guard(lock);
+            for (const RestClient::Answers::value_type& answer : answers) Forget(job, answer.first);
+        }
+        changed.notify_all();
+    }
+
+    void Work()
+    {
+        const RunContext::Scope scope(&run);
+        for (;;) {
+            std::unique_ptr<Job> job;
+            {
+                std::unique_lock<std::mutex> guard(lock);
+                changed.wait(guard, [this]() { return stopping || !jobs.empty(); });
+                if (stopping) return;
+                job = std::move(jobs.front());
+                jobs.pop_front();
+            }
+            RunJob(*job);
+        }
+    }
+
+    bool IsRunning(const std::string& key) const
+    {
+        const std::map<std::string, OnItsWay>::const_iterator found = onItsWay.find(key);
+        return found != onItsWay.end() && found->second.running;
+    }
+};
+
+Prefetcher::Prefetcher(RunContext& run) : d(new Private(run)) {}
+
+Prefetcher::~Prefetcher()
+{
+    {
+        const std::lock_guard<std::mutex> guard(d->lock);
+        d->stopping = true;
+    }
+    d->changed.notify_all();
+    if (d->worker.joinable()) d->worker.join();
+}
+
+void Prefetcher::Fetch(RestClient client, const std::string& credentials, const std::vector<std::string>& urls,
+                       const RestClient::FollowLinks& follow)
+{
+    std::unique_ptr<Job> job(new Job(std::move(client), credentials, follow));
+    {
+        const std::lock_guard<std::mutex> guard(d->lock);
+        job->urls = d->Claim(*job, urls);
+        if (job->urls.empty()) return;
+        d->jobs.push_back(std::move(job));
+        if (!d->worker.joinable()) d->worker = std::thread(&Private::Work, d.get());
+    }
+    d->changed.notify_all();
+}
+
+void Prefetcher::AwaitRunning(const std::string& url, const std::string& credentials)
+{
+    const std::string key = RunContext::AnswerKey(url, credentials);
+    const std::chrono::steady_clock::time_point start = std::chrono::steady_clock::now();
+    {
+        std::unique_lock<std::mutex> guard(d->lock);
+        const std::map<std::string, OnItsWay>::iterator found = d->onItsWay.find(key);
+        if (found == d->onItsWay.end()) return;
+        if (!found->second.running) {
+            d->onItsWay.erase(found);
+            return;
+        }
+        while (d->IsRunning(key)) {
+            if (!XModule::TransferDeadline::IsSet()) {
+                d->changed.wait(guard);
+                continue;
+            }
+            const std::int64_t leftMs = XModule::TransferDeadline::RemainingMs();
+            if (leftMs == 0) break;
+            d->changed.wait_for(guard, std::chrono::milliseconds(leftMs));
+        }
+    }
+    d->run.CountRequests(0, NanosecondsSince(start));
+}
+
+}  // namespace Rest
