@@ -195,10 +195,10 @@ std::string SameText(const std::string& text) { return text; }
 
 std::string ReferenceText(const std::string& key, const std::string& value) { return key + "=" + value; }
 
-pt::ptree WrapUnderName(const RInstancePrivate& record)
+pt::ptree WrapUnderName(RInstancePrivate& record)
 {
     pt::ptree wrapper;
-    wrapper.add_child(pt::ptree::path_type(record.name, '.'), record.tree);
+    wrapper.add_child(pt::ptree::path_type(record.name, '.'), record.Tree());
     return wrapper;
 }
 
@@ -254,8 +254,8 @@ bool RInstancePrivate::IsValidPropertyKey(const std::string& key)
 RInstance::RInstance(const std::string& name, const std::string& display, int id) : d(new RInstancePrivate)
 {
     d->name = name;
-    d->tree.put("display", display);
-    if (id >= 0) d->tree.put("id", id);
+    d->Tree().put("display", display);
+    if (id >= 0) d->Tree().put("id", id);
 }
 
 RInstance::RInstance(std::unique_ptr<RInstancePrivate> takeOver) : d(std::move(takeOver)) {}
@@ -274,63 +274,63 @@ void RInstance::Swap(RInstance& other) { std::swap(d, other.d); }
 
 void RInstance::AddProperty(const std::string& key, const std::string& display, int value, bool xmlonly)
 {
-    AddScalar(d->tree, key, display, ToText(value), xmlonly);
+    AddScalar(d->Tree(), key, display, ToText(value), xmlonly);
 }
 
 void RInstance::AddProperty(const std::string& key, const std::string& display, unsigned int value, bool xmlonly)
 {
-    AddScalar(d->tree, key, display, ToText(value), xmlonly);
+    AddScalar(d->Tree(), key, display, ToText(value), xmlonly);
 }
 
 void RInstance::AddProperty(const std::string& key, const std::string& display, double value, bool xmlonly)
 {
-    AddScalar(d->tree, key, display, ToText(value), xmlonly);
+    AddScalar(d->Tree(), key, display, ToText(value), xmlonly);
 }
 
 void RInstance::AddProperty(const std::string& key, const std::string& display, unsigned long long value,
                             bool xmlonly)
 {
-    AddScalar(d->tree, key, display, ToText(value), xmlonly);
+    AddScalar(d->Tree(), key, display, ToText(value), xmlonly);
 }
 
 void RInstance::AddProperty(const std::string& key, const std::string& display, const std::string& value,
                             bool xmlonly)
 {
-    AddScalar(d->tree, key, display, value, xmlonly);
+    AddScalar(d->Tree(), key, display, value, xmlonly);
 }
 
 void RInstance::AddProperty(const std::string& key, const std::string& display, const std::wstring& value,
                             bool xmlonly)
 {
-    AddScalar(d->tree, key, display, WideToUtf8(value), xmlonly);
+    AddScalar(d->Tree(), key, display, WideToUtf8(value), xmlonly);
 }
 
 void RInstance::AddProperty(const std::string& key, const std::string& display, const std::vector<int>& values)
 {
-    AddList(d->tree, key, display, values);
+    AddList(d->Tree(), key, display, values);
 }
 
 void RInstance::AddProperty(const std::string& key, const std::string& display,
                             const std::vector<unsigned int>& values)
 {
-    AddList(d->tree, key, display, values);
+    AddList(d->Tree(), key, display, values);
 }
 
 void RInstance::AddProperty(const std::string& key, const std::string& display, const std::vector<double>& values)
 {
-    AddList(d->tree, key, display, values);
+    AddList(d->Tree(), key, display, values);
 }
 
 void RInstance::AddProperty(const std::string& key, const std::string& display,
                             const std::vector<unsigned long long>& values)
 {
-    AddList(d->tree, key, display, values);
+    AddList(d->Tree(), key, display, values);
 }
 
 void RInstance::AddProperty(const std::string& key, const std::string& display,
                             const std::vector<std::string>& values)
 {
-    AddList(d->tree, key, display, values);
+    AddList(d->Tree(), key, display, values);
 }
 
 void RInstance::AddProperty(const std::string& key, const std::string& display,
@@ -340,7 +340,7 @@ void RInstance::AddProperty(const std::string& key, const std::string& display,
     narrow.reserve(values.size());
     for (std::vector<std::wstring>::const_iterator v = values.begin(); v != values.end(); ++v)
         narrow.push_back(WideToUtf8(*v));
-    AddList(d->tree, key, display, narrow);
+    AddList(d->Tree(), key, display, narrow);
 }
 
 void RInstance::AddPropertyAttr(const std::string& key, const std::string& attr)
@@ -351,19 +351,19 @@ void RInstance::AddPropertyAttr(const std::string& key, const std::string& attr)
 void RInstance::AddPropertyAttr(const std::string& key, const std::string& attr, const std::string& value)
 {
     // A missing property raises "No such node" to the caller on purpose: it is a module's bug.
-    d->tree.get_child(key).put(attr, value);
+    d->Tree().get_child(key).put(attr, value);
 }
 
 void RInstance::AddReference(const std::string& key, const std::string& value)
 {
-    d->tree.put("reference", ReferenceText(key, value));
+    d->Tree().put("reference", ReferenceText(key, value));
 }
 
 void RInstance::AddReference(const std::string& key, int value) { AddReference(key, ToText(value)); }
 
 bool RInstance::HasReference(const std::string& key, const std::string& value) const
 {
-    const boost::optional<std::string> reference = d->tree.get_optional<std::string>("reference");
+    const boost::optional<std::string> reference = d->Tree().get_optional<std::string>("reference");
     return reference && !reference->empty() && *reference == ReferenceText(key, value);
 }
 
@@ -371,15 +371,15 @@ bool RInstance::HasReference(const std::string& key, int value) const { return H
 
 bool RInstance::HasReferenceTag() const
 {
-    const boost::optional<std::string> reference = d->tree.get_optional<std::string>("reference");
+    const boost::optional<std::string> reference = d->Tree().get_optional<std::string>("reference");
     return reference && !reference->empty();
 }
 
-void RInstance::AddToolTip(const std::string& tip) { d->tree.put("tooltip", tip); }
+void RInstance::AddToolTip(const std::string& tip) { d->Tree().put("tooltip", tip); }
 
 bool RInstance::HasToolTip(std::string& tip) const
 {
-    const boost::optional<std::string> stored = d->tree.get_optional<std::string>("tooltip");
+    const boost::optional<std::string> stored = d->Tree().get_optional<std::string>("tooltip");
     if (!stored || stored->empty()) return false;
     tip = *stored;
     return true;
@@ -387,20 +387,20 @@ bool RInstance::HasToolTip(std::string& tip) const
 
 std::string RInstance::GetName() const { return d->name; }
 
-std::string RInstance::GetDisplay() const { return d->tree.get<std::string>("display", std::string()); }
+std::string RInstance::GetDisplay() const { return d->Tree().get<std::string>("display", std::string()); }
 
-int RInstance::GetID() const { return d->tree.get<int>("id", -1); }
+int RInstance::GetID() const { return d->Tree().get<int>("id", -1); }
 
-void RInstance::GetPropertyValue(const std::string& key, int& out) const { ReadNumber(d->tree, key, out); }
+void RInstance::GetPropertyValue(const std::string& key, int& out) const { ReadNumber(d->Tree(), key, out); }
 
-void RInstance::GetPropertyValue(const std::string& key, unsigned int& out) const { ReadNumber(d->tree, key, out); }
+void RInstance::GetPropertyValue(const std::string& key, unsigned int& out) const { ReadNumber(d->Tree(), key, out); }
 
-void RInstance::GetPropertyValue(const std::string& key, double& out) const { ReadNumber(d->tree, key, out); }
+void RInstance::GetPropertyValue(const std::string& key, double& out) const { ReadNumber(d->Tree(), key, out); }
 
 void RInstance::GetPropertyValue(const std::string& key, std::string& out) const
 {
     try {
-        const pt::ptree& node = d->tree.get_child(key);
+        const pt::ptree& node = d->Tree().get_child(key);
         out = node.get<std::string>("value", std::string());
     } catch (const pt::ptree_error& e) {
         RLOG(2) << "Cannot get property value: " << e.what();
@@ -417,33 +417,33 @@ void RInstance::GetPropertyValue(const std::string& key, std::wstring& out) cons
 
 void RInstance::GetPropertyValue(const std::string& key, std::vector<int>& out) const
 {
-    ReadList(d->tree, key, out, ParseNumber<int>);
+    ReadList(d->Tree(), key, out, ParseNumber<int>);
 }
 
 void RInstance::GetPropertyValue(const std::string& key, std::vector<unsigned int>& out) const
 {
-    ReadList(d->tree, key, out, ParseNumber<unsigned int>);
+    ReadList(d->Tree(), key, out, ParseNumber<unsigned int>);
 }
 
 void RInstance::GetPropertyValue(const std::string& key, std::vector<double>& out) const
 {
-    ReadList(d->tree, key, out, ParseNumber<double>);
+    ReadList(d->Tree(), key, out, ParseNumber<double>);
 }
 
 void RInstance::GetPropertyValue(const std::string& key, std::vector<std::string>& out) const
 {
-    ReadList(d->tree, key, out, SameText);
+    ReadList(d->Tree(), key, out, SameText);
 }
 
 void RInstance::GetPropertyValue(const std::string& key, std::vector<std::wstring>& out) const
 {
-    ReadList(d->tree, key, out, Utf8ToWide);
+    ReadList(d->Tree(), key, out, Utf8ToWide);
 }
 
 std::string RInstance::GetPropertyDisplay(const std::string& key) const
 {
     try {
-        const pt::ptree& node = d->tree.get_child(key);
+        const pt::ptree& node = d->Tree().get_child(key);
         return RInstancePrivate::DecodeText(node.get<std::string>("display", std::string()));
     } catch (const pt::ptree_error& e) {
         RLOG(2) << "Cannot get display: " << e.what();
@@ -466,7 +466,7 @@ std::string RInstance::GetNormalizedValue(const std::string& key, const std::str
 std::vector<RProperty> RInstance::GetRProperty() const
 {
     std::vector<RProperty> shown;
-    for (pt::ptree::const_iterator child = d->tree.begin(); child != d->tree.end(); ++child) {
+    for (pt::ptree::const_iterator child = d->Tree().begin(); child != d->Tree().end(); ++child) {
         const pt::ptree& node = child->second;
         if (node.count("value") == 0 || node.count("xmlonly") != 0) continue;
         RProperty property;
@@ -493,7 +493,7 @@ std::string RInstance::ToJSON() const
     return out.str();
 }
 
-void RInstance::AddToRepository(RRepository& repo) const { repo.d->AddToRepository(d->name, d->tree); }
+void RInstance::AddToRepository(RRepository& repo) const { repo.d->AddToRepository(d->name, d->Tree()); }
 
 }  // namespace repository
 }  // namespace kestro

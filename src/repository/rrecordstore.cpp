@@ -2,6 +2,7 @@
 
 #include "rstorecomparer.h"
 
+#include <boost/make_shared.hpp>
 #include <boost/property_tree/ptree.hpp>
 #include <boost/property_tree/xml_parser.hpp>
 
@@ -32,10 +33,10 @@ void RRecordStore::Add(const std::string& path, const pt::ptree& record)
     // Rare: the first entry of the head name takes the rest of the path, as a tree would.
     const std::string head = path.substr(0, dot);
     Stored* existing = First(head);
-    pt::ptree parent = existing ? existing->tree.ToPtree(keys) : pt::ptree();
+    pt::ptree parent = existing ? existing->tree->ToPtree(keys) : pt::ptree();
     parent.add_child(pt::ptree::path_type(path.substr(dot + 1), '.'), record);
     if (existing)
-        existing->tree = RCompactTree(parent, keys);
+        existing->tree = boost::make_shared<RCompactTree>(parent, keys);
     else
         Append(head, parent);
 }
@@ -44,7 +45,7 @@ void RRecordStore::Append(const std::string& key, const pt::ptree& tree)
 {
     const std::uint32_t id = keys.Id(key);
     positions[key].push_back(static_cast<std::uint32_t>(entries.size()));
-    entries.push_back(Stored{id, RCompactTree(tree, keys)});
+    entries.push_back(Stored{id, boost::make_shared<RCompactTree>(tree, keys)});
 }
 
 const RRecordStore::Stored* RRecordStore::First(const std::string& key) const
@@ -61,16 +62,18 @@ RRecordStore::Stored* RRecordStore::First(const std::string& key)
 void RRecordStore::Put(const std::string& key, const std::string& value)
 {
     Stored* existing = First(key);
-    if (existing)
-        existing->tree.SetData(value);
-    else
+    if (existing) {
+        const boost::shared_ptr<RCompactTree> changed = boost::make_shared<RCompactTree>(*existing->tree);
+        changed->SetData(value);
+        existing->tree = changed;
+    } else
         Append(key, pt::ptree(value));
 }
 
 std::string RRecordStore::Get(const std::string& key) const
 {
     const Stored* existing = First(key);
-    return existing ? existing->tree.Data() : std::string();
+    return existing ? existing->tree->Data() : std::string();
 }
 
 std::size_t RRecordStore::Count(const std::string& key) const
@@ -81,7 +84,12 @@ std::size_t RRecordStore::Count(const std::string& key) const
 
 pt::ptree RRecordStore::Entry(const std::string& key, std::size_t n) const
 {
-    return entries[positions.at(key).at(n)].tree.ToPtree(keys);
+    return entries[positions.at(key).at(n)].tree->ToPtree(keys);
+}
+
+boost::shared_ptr<const RCompactTree> RRecordStore::CompactEntry(const std::string& key, std::size_t n) const
+{
+    return entries[positions.at(key).at(n)].tree;
 }
 
 std::vector<std::string> RRecordStore::RecordTypes() const
@@ -106,14 +114,14 @@ void RRecordStore::Assign(pt::ptree& tree)
 
 void RRecordStore::AddAll(const RRecordStore& other)
 {
-    for (const Stored& entry : other.entries) Add(other.keys.Name(entry.key), entry.tree.ToPtree(other.keys));
+    for (const Stored& entry : other.entries) Add(other.keys.Name(entry.key), entry.tree->ToPtree(other.keys));
 }
 
 pt::ptree RRecordStore::ToPtree() const
 {
     pt::ptree tree(data);
     for (const Stored& entry : entries)
-        tree.push_back(pt::ptree::value_type(keys.Name(entry.key), entry.tree.ToPtree(keys)));
+        tree.push_back(pt::ptree::value_type(keys.Name(entry.key), entry.tree->ToPtree(keys)));
     return tree;
 }
 
@@ -130,9 +138,9 @@ void RRecordStore::WriteEntries(std::ostream& out, int indent) const
     for (const Stored& entry : entries) {
         const std::string& key = keys.Name(entry.key);
         if (key == xp::xmlcomment<std::string>())
-            xp::write_xml_comment(out, entry.tree.Data(), indent, true, kSettings);
+            xp::write_xml_comment(out, entry.tree->Data(), indent, true, kSettings);
         else
-            entry.tree.WriteXml(out, key, indent, keys, kSettings);
+            entry.tree->WriteXml(out, key, indent, keys, kSettings);
     }
 }
 

@@ -5,6 +5,7 @@
 #include "rkeytable.h"
 
 #include <boost/property_tree/ptree_fwd.hpp>
+#include <boost/shared_ptr.hpp>
 
 #include <cstdint>
 #include <iosfwd>
@@ -29,6 +30,10 @@ public:
     std::size_t Count(const std::string& key) const;
     // The `n`th entry `key` as a tree of its own.
     boost::property_tree::ptree Entry(const std::string& key, std::size_t n) const;
+    // The same in its compact form, whose key numbers name entries of Keys(). The store never
+    // changes a compact tree it has handed out: it replaces it.
+    boost::shared_ptr<const RCompactTree> CompactEntry(const std::string& key, std::size_t n) const;
+    const RKeyTable& Keys() const { return keys; }
     // The keys that name record types (an upper-case first letter), sorted, each once.
     std::vector<std::string> RecordTypes() const;
     // Takes over the contents of `tree`, which is left empty.
@@ -41,7 +46,7 @@ public:
 private:
     struct Stored {
         std::uint32_t key;
-        RCompactTree tree;
+        boost::shared_ptr<const RCompactTree> tree;
     };
 
     void Append(const std::string& key, const boost::property_tree::ptree& tree);

@@ -419,8 +419,11 @@ std::vector<RInstance*> RRepositoryPrivate::Instances(const std::string& type) c
     const std::size_t count = store.Count(type);
     // Room made first, so that push_back cannot throw and drop a record already made.
     instances.reserve(count);
+    // The records read their key names from a copy of their own, which lives as long as they do
+    // and not as long as the store, which may grow meanwhile.
+    const boost::shared_ptr<const RKeyTable> keys(new RKeyTable(store.Keys()));
     for (std::size_t n = 0; n < count; ++n)
-        instances.push_back(new RInstance(std::make_unique<RInstancePrivate>(type, store.Entry(type, n))));
+        instances.push_back(new RInstance(std::make_unique<RInstancePrivate>(type, store.CompactEntry(type, n), keys)));
     return instances;
 }
 

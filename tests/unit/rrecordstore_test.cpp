@@ -116,6 +116,27 @@ TEST(RRecordStoreTest, ALargeStoreHandsOutEachTypeInTheOrderItsRecordsWereAdded)
     }
 }
 
+// Records are handed out in their stored form and made trees when first read: each stays the
+// record it was, whatever happens to the store or to the other copies after.
+TEST(RRecordStoreTest, RecordsHandedOutOutliveTheirStoreAndKeepTheirOwnChanges)
+{
+    std::unique_ptr<RRepository> repo = MixedStore(kTypeCount * 2);
+    std::vector<RInstance*> first = repo->GetInstances("Processor");
+    std::vector<RInstance*> second = repo->GetInstances("Processor");
+    ASSERT_EQ(2u, first.size());
+    const RInstance copy(*first[1]);
+    first[0]->AddProperty("Added", "Added", std::string("later"), false);
+    MixedRecord(kTypeCount * 2).AddToRepository(*repo);
+    repo.reset();
+
+    EXPECT_EQ(MixedRecord(kTypeCount).ToXML(), copy.ToXML());
+    EXPECT_EQ(MixedRecord(kTypeCount).ToXML(), first[1]->ToXML());
+    EXPECT_EQ(MixedRecord(0).ToXML(), second[0]->ToXML());
+    EXPECT_NE(std::string::npos, first[0]->ToXML().find("later"));
+    for (RInstance* record : first) delete record;
+    for (RInstance* record : second) delete record;
+}
+
 TEST(RRecordStoreTest, OddFilesReadAreWrittenBackAsTheGoldenFiles)
 {
     TempDir dir;
