@@ -1,6 +1,7 @@
 #include "rest/prefetcher.h"
 
 #include "rest/runcontext.h"
+#include "xmodule/rlog.h"
 #include "xmodule/transferdeadline.h"
 
 #include <boost/bind/bind.hpp>
@@ -9,6 +10,8 @@
 #include <chrono>
 #include <condition_variable>
 #include <deque>
+#include <exception>
+#include <iterator>
 #include <map>
 #include <memory>
 #include <mutex>
@@ -112,11 +115,22 @@ struct Prefetcher::Private {
         batch.wanted = boost::bind(&Private::Begin, this, &job, _1);
         batch.cancelled = boost::bind(&Private::Stopping, this);
         batch.waited = false;
-        const RestClient::Answers answers = job.client.GetMany(job.urls, run.Concurrency(), batch);
-        // GETs refused past a deadline, taken by a reader or dropped are no longer on their way.
+        try {
+            job.client.GetMany(job.urls, run.Concurrency(), batch);
+        } catch (const std::exception& error) {
+            // Nothing is lost: the readers send what did not come.
+            RLOG(XModule::LOG_DEBUG) << "Redfish GETs ahead ended early: " << error.what();
+        }
+        ForgetJob(job);
+    }
+
+    // GETs of a job refused past a deadline, dropped or never sent are no longer on their way.
+    void ForgetJob(const Job& job)
+    {
         {
             const std::lock_guard<std::mutex> guard(lock);
-            for (const RestClient::Answers::value_type& answer : answers) Forget(job, answer.first);
+            for (std::map<std::string, OnItsWay>::iterator entry = onItsWay.begin(); entry != onItsWay.end();)
+                entry = entry->second.job == &job ? onItsWay.erase(entry) : std::next(entry);
         }
         changed.notify_all();
     }
