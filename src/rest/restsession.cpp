@@ -78,21 +78,27 @@ std::vector<std::string> CollectionLinks(const std::string& baseUrl, const boost
     return PageLinks(baseUrl, *members, nextPage);
 }
 
-// The resources that a plan's parent, read as `document` from `url`, links to.
+typedef boost::shared_ptr<std::set<std::string> > PageSet;
+
+// The resources that a plan's parent, read as `document` from `url`, links to; those read without
+// expansion join `byLinks`, as a walk of such a collection fetches its members one by one.
 void AddPlanLinks(const std::string& baseUrl, const AheadRead* plan, std::size_t count, const std::string& url,
-                  const boost::json::value& document, std::vector<std::string>& urls)
+                  const boost::json::value& document, std::vector<std::string>& urls, std::set<std::string>& byLinks)
 {
     for (std::size_t i = 0; i < count; ++i) {
         if (plan[i].link == nullptr || ExpandedUrl(baseUrl, plan[i].url, plan[i].levels) != url) continue;
-        for (const std::string& link : LinksAt(document, plan[i].link))
-            AddOnce(urls, ExpandedUrl(baseUrl, link, plan[i].linkLevels));
+        for (const std::string& link : LinksAt(document, plan[i].link)) {
+            const std::string target = ExpandedUrl(baseUrl, link, plan[i].linkLevels);
+            AddOnce(urls, target);
+            if (plan[i].linkLevels == 0) byLinks.insert(target);
+        }
     }
 }
 
 // Run on the prefetching thread as each answer arrives, so the arguments are held by value.
 // Follows a collection's pages: the links of each page that `pages` awaits.
-std::vector<std::string> FollowPages(const std::string& baseUrl, const boost::shared_ptr<std::set<std::string> >& pages,
-                                     const std::string& url, const RestResult& answer)
+std::vector<std::string> FollowPages(const std::string& baseUrl, const PageSet& pages, const std::string& url,
+                                     const RestResult& answer)
 {
     if (pages->count(url) == 0) return std::vector<std::string>();
     boost::system::error_code error;
@@ -104,24 +110,31 @@ std::vector<std::string> FollowPages(const std::string& baseUrl, const boost::sh
     return links;
 }
 
-// Follows what a plan reads: the resources its parents link to, and every page and linked member
-// of the collections it meets, since the walks read them all.
+// Follows what a plan reads: the resources its parents link to and every page of the collections
+// it meets, since the walks read them all, with the members of those walked by links (`byLinks`);
+// an expanded walk takes its members as they stand.
 std::vector<std::string> FollowPlan(const std::string& baseUrl, const AheadRead* plan, std::size_t count,
-                                    const std::string& url, const RestResult& answer)
+                                    const PageSet& byLinks, const std::string& url, const RestResult& answer)
 {
     std::vector<std::string> urls;
     boost::system::error_code error;
     const boost::json::value document = boost::json::parse(answer.body, error);
     if (error) return urls;
-    AddPlanLinks(baseUrl, plan, count, url, document, urls);
-    std::string nextPage;
-    for (const std::string& link : CollectionLinks(baseUrl, document, nextPage)) AddOnce(urls, link);
+    AddPlanLinks(baseUrl, plan, count, url, document, urls, *byLinks);
+    if (byLinks->count(url) != 0) {
+        std::string nextPage;
+        for (const std::string& link : CollectionLinks(baseUrl, document, nextPage)) AddOnce(urls, link);
+        if (!nextPage.empty()) byLinks->insert(baseUrl + nextPage);
+    } else if (FindJsonArray(document, "/Members") != nullptr) {
+        const std::string nextPage = ReadJsonString(document, "/Members@odata.nextLink", "");
+        if (!nextPage.empty()) AddOnce(urls, baseUrl + nextPage);
+    }
     return urls;
 }
 
 // The resources that the plan's parents kept already link to: their answers come no more.
 void AddKeptPlanLinks(const RestSession& session, const AheadRead* plan, std::size_t count,
-                      std::vector<std::string>& urls)
+                      std::vector<std::string>& urls, std::set<std::string>& byLinks)
 {
     for (std::size_t i = 0; i < count; ++i) {
         const std::string parent = ExpandedUrl(session.baseUrl, plan[i].url, plan[i].levels);
@@ -129,7 +142,7 @@ void AddKeptPlanLinks(const RestSession& session, const AheadRead* plan, std::si
         if (plan[i].link == nullptr || !session.client.FindKept(parent, kept)) continue;
         boost::system::error_code error;
         const boost::json::value document = boost::json::parse(kept.body, error);
-        if (!error) AddPlanLinks(session.baseUrl, plan + i, 1, parent, document, urls);
+        if (!error) AddPlanLinks(session.baseUrl, plan + i, 1, parent, document, urls, byLinks);
     }
 }
 
@@ -176,7 +189,7 @@ void GetLinksAhead(RedfishClient& client, const std::string& baseUrl, const boos
 {
     using boost::placeholders::_1;
     using boost::placeholders::_2;
-    const boost::shared_ptr<std::set<std::string> > pages(new std::set<std::string>);
+    const PageSet pages(new std::set<std::string>);
     if (!nextPage.empty()) pages->insert(baseUrl + nextPage);
     client.GetAhead(PageLinks(baseUrl, links, nextPage), boost::bind(&FollowPages, baseUrl, pages, _1, _2));
 }
@@ -195,10 +208,14 @@ void ReadAhead(RestSession& session, const AheadPlan& plan)
     RunContext* run = RunContext::Current();
     if (run == nullptr || !run->FirstTime(plan.reads)) return;
     std::vector<std::string> urls;
-    AddKeptPlanLinks(session, plan.reads, plan.count, urls);
-    for (std::size_t i = 0; i < plan.count; ++i)
-        AddOnce(urls, ExpandedUrl(session.baseUrl, plan.reads[i].url, plan.reads[i].levels));
-    session.client.GetAhead(urls, boost::bind(&FollowPlan, session.baseUrl, plan.reads, plan.count, _1, _2));
+    const PageSet byLinks(new std::set<std::string>);
+    AddKeptPlanLinks(session, plan.reads, plan.count, urls, *byLinks);
+    for (std::size_t i = 0; i < plan.count; ++i) {
+        const std::string url = ExpandedUrl(session.baseUrl, plan.reads[i].url, plan.reads[i].levels);
+        AddOnce(urls, url);
+        if (plan.reads[i].levels == 0) byLinks->insert(url);
+    }
+    session.client.GetAhead(urls, boost::bind(&FollowPlan, session.baseUrl, plan.reads, plan.count, byLinks, _1, _2));
 }
 
 }  // namespace Rest

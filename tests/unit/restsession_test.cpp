@@ -3,7 +3,10 @@
 #include <boost/json/parse.hpp>
 #include <gtest/gtest.h>
 
+#include "rest/runcontext.h"
 #include "support/minimalbmc.h"
+
+#include <unistd.h>
 
 using Rest::RestResult;
 using Rest::RestSession;
@@ -118,4 +121,42 @@ TEST(RestSessionTest, FetchUrlReachesAnIpv6Bmc)
     Rest::FetchUrl(session, result, "/redfish/v1/Chassis/1", 0);
     EXPECT_EQ(200, result.httpCode);
     EXPECT_NE(std::string::npos, result.body.find("CH-42"));
+}
+
+// A plan reads its resources, what they link to and the pages of its collections ahead; the members
+// of a collection read by links follow, those of an expanded one never do, even given as bare links
+// by a BMC that ignores $expand: its walk takes them as they stand.
+TEST(RestSessionTest, APlanReadsLinkedResourcesAndOnlyTheMembersAWalkFetches)
+{
+    const std::string memory = "/redfish/v1/Systems/1/Memory";
+    const std::string bareLinks = "{\"Members\": [{\"@odata.id\": \"" + memory + "/DIMM1\"}]}";
+    LoopbackBmc bmc(FullBmcOptions("Plan-Pass"));
+    bmc.Start();
+    bmc.SetPageSize(10);
+    bmc.SetRawResponse(memory, "HTTP/1.1 200 OK\r\nContent-Type: application/json\r\nContent-Length: " +
+                                   std::to_string(bareLinks.size()) + "\r\nConnection: close\r\n\r\n" + bareLinks);
+    ConnectionInfo connection = Connection("127.0.0.1", XModule::XModuleConnection::SchemeHttps, bmc.Port(), false);
+    connection.user = kFullBmcUser;
+    connection.password = "Plan-Pass";
+    const Rest::AheadRead reads[] = {{memory.c_str(), 1, nullptr, 0}, {"/redfish/v1/Chassis/1", 1, "/Sensors", 0}};
+    const char* const lastSensor = "/redfish/v1/Chassis/1/Sensors/Discrete_11";
+    {
+        Rest::RunContext run;
+        const Rest::RunContext::Scope scope(&run);
+        RestSession session = Rest::MakeRestSession(connection);
+        Rest::ReadAhead(session, Rest::AheadPlan{reads, 2});
+        Rest::ReadAhead(session, Rest::AheadPlan{reads, 2});
+        for (int waited = 0; bmc.RequestCount(lastSensor) == 0 && waited < 500; ++waited) usleep(10000);
+        EXPECT_EQ(4, bmc.RequestCount("/redfish/v1/Chassis/1/Sensors"));  // its four pages
+        EXPECT_EQ(1, bmc.RequestCount(lastSensor));
+        EXPECT_EQ(1, bmc.RequestCount(memory));
+        EXPECT_EQ(0, bmc.RequestCount(memory + "/DIMM1"));
+        RestResult kept;
+        EXPECT_TRUE(session.client.FindKept(session.baseUrl + lastSensor, kept));
+    }
+    // Outside a run nothing is read ahead.
+    const int asked = bmc.RequestCount();
+    RestSession session = Rest::MakeRestSession(connection);
+    Rest::ReadAhead(session, Rest::AheadPlan{reads, 2});
+    EXPECT_EQ(asked, bmc.RequestCount());
 }
