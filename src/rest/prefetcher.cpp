@@ -5,6 +5,7 @@
 #include "xmodule/transferdeadline.h"
 
 #include <boost/bind/bind.hpp>
+#include <curl/curl.h>
 
 #include <atomic>
 #include <chrono>
@@ -32,10 +33,20 @@ struct Job {
     RestClient::FollowLinks follow;
 };
 
+typedef XModule::TransferDeadline::Clock Clock;
+
 // Where a GET of the thread stands; it leaves the table once it has ended or a reader took it.
 struct OnItsWay {
     const Job* job;
     bool running;
+    // The time limit in force when it was sent, which bounds it.
+    Clock::time_point deadline;
+};
+
+// A GET of the thread that ran out of its time limit, for a reader under the same limit.
+struct TimedOut {
+    RestResult result;
+    Clock::time_point deadline;
 };
 
 std::uint64_t NanosecondsSince(std::chrono::steady_clock::time_point start)
@@ -54,6 +65,7 @@ struct Prefetcher::Private {
     // Signalled when a GET ends or a job comes, and on stopping.
     std::condition_variable changed;
     std::map<std::string, OnItsWay> onItsWay;
+    std::map<std::string, TimedOut> timedOut;
     std::deque<std::unique_ptr<Job> > jobs;
     std::atomic<bool> stopping{false};
     std::thread worker;
@@ -66,7 +78,7 @@ struct Prefetcher::Private {
         for (const std::string& url : urls) {
             const std::string key = RunContext::AnswerKey(url, job.credentials);
             if (onItsWay.count(key) != 0 || run.FindAnswer(url, job.credentials, kept)) continue;
-            onItsWay[key] = OnItsWay{&job, false};
+            onItsWay[key] = OnItsWay{&job, false, Clock::time_point()};
             fresh.push_back(url);
         }
         return fresh;
@@ -86,6 +98,7 @@ struct Prefetcher::Private {
             onItsWay.find(RunContext::AnswerKey(url, job->credentials));
         if (found == onItsWay.end() || found->second.job != job) return false;
         found->second.running = true;
+        found->second.deadline = XModule::TransferDeadline::When();
         return true;
     }
 
@@ -97,6 +110,10 @@ struct Prefetcher::Private {
         std::vector<std::string> fresh;
         {
             const std::lock_guard<std::mutex> guard(lock);
+            const std::string key = RunContext::AnswerKey(url, job->credentials);
+            const std::map<std::string, OnItsWay>::const_iterator sent = onItsWay.find(key);
+            if (answer.curlCode == CURLE_OPERATION_TIMEDOUT && sent != onItsWay.end() && sent->second.job == job)
+                timedOut[key] = TimedOut{answer, sent->second.deadline};
             Forget(*job, url);
             fresh = Claim(*job, links);
         }
@@ -151,6 +168,18 @@ struct Prefetcher::Private {
         }
     }
 
+    // A time-out is handed once, to a reader under the limit that cut it; any other reader sends
+    // its own GET, as it would have without reading ahead.
+    bool TakeTimedOut(const std::string& key, RestResult& result)
+    {
+        const std::map<std::string, TimedOut>::iterator found = timedOut.find(key);
+        if (found == timedOut.end()) return false;
+        const bool sameLimit = found->second.deadline == XModule::TransferDeadline::When();
+        if (sameLimit) result = found->second.result;
+        timedOut.erase(found);
+        return sameLimit;
+    }
+
     bool IsRunning(const std::string& key) const
     {
         const std::map<std::string, OnItsWay>::const_iterator found = onItsWay.find(key);
@@ -184,17 +213,17 @@ void Prefetcher::Fetch(RestClient client, const std::string& credentials, const 
     d->changed.notify_all();
 }
 
-void Prefetcher::AwaitRunning(const std::string& url, const std::string& credentials)
+bool Prefetcher::AwaitRunning(const std::string& url, const std::string& credentials, RestResult& timedOut)
 {
     const std::string key = RunContext::AnswerKey(url, credentials);
     const std::chrono::steady_clock::time_point start = std::chrono::steady_clock::now();
+    bool handed = false;
     {
         std::unique_lock<std::mutex> guard(d->lock);
         const std::map<std::string, OnItsWay>::iterator found = d->onItsWay.find(key);
-        if (found == d->onItsWay.end()) return;
-        if (!found->second.running) {
+        if (found != d->onItsWay.end() && !found->second.running) {
             d->onItsWay.erase(found);
-            return;
+            return false;
         }
         while (d->IsRunning(key)) {
             if (!XModule::TransferDeadline::IsSet()) {
@@ -205,8 +234,10 @@ void Prefetcher::AwaitRunning(const std::string& url, const std::string& credent
             if (leftMs == 0) break;
             d->changed.wait_for(guard, std::chrono::milliseconds(leftMs));
         }
+        handed = d->TakeTimedOut(key, timedOut);
     }
     d->run.CountRequests(0, NanosecondsSince(start));
+    return handed;
 }
 
 }  // namespace Rest

@@ -28,8 +28,10 @@ public:
     void Fetch(RestClient client, const std::string& credentials, const std::vector<std::string>& urls,
                const RestClient::FollowLinks& follow);
     // For a reader about to GET `url`: waits for a GET of it that is running, until it ends or the
-    // transfer deadline passes; one still queued becomes the reader's to send.
-    void AwaitRunning(const std::string& url, const std::string& credentials);
+    // transfer deadline passes; one still queued becomes the reader's to send. True, with the
+    // result in `timedOut`, when the GET ran out of the very time limit the reader has: the reader's
+    // own GET would have timed out too, so that the member costs its time once.
+    bool AwaitRunning(const std::string& url, const std::string& credentials, RestResult& timedOut);
 
 private:
     Prefetcher(const Prefetcher&) = delete;

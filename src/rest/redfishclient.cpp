@@ -143,8 +143,8 @@ RestResult RedfishClient::Get(const std::string& url)
     if (run != nullptr) {
         if (run->FindAnswer(url, d->credentials, answer)) return answer;
         // Looked up again after the wait: a GET sent ahead may also have ended just before it.
-        run->AwaitAhead(url, d->credentials);
-        if (run->FindAnswer(url, d->credentials, answer)) return answer;
+        if (run->AwaitAhead(url, d->credentials, answer) || run->FindAnswer(url, d->credentials, answer))
+            return answer;
     }
     answer = d->Retry(boost::bind(&RestClient::Get, &d->inner, boost::cref(url)));
     if (run != nullptr) run->KeepAnswer(url, d->credentials, answer);

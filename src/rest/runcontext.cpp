@@ -103,14 +103,14 @@ void RunContext::FetchAhead(const RestClient& client, const std::string& credent
     d->prefetcher->Fetch(client.CopySettings(), credentials, urls, follow);
 }
 
-void RunContext::AwaitAhead(const std::string& url, const std::string& credentials)
+bool RunContext::AwaitAhead(const std::string& url, const std::string& credentials, RestResult& timedOut)
 {
     Prefetcher* prefetcher = nullptr;
     {
         const std::lock_guard<std::mutex> guard(d->prefetcherLock);
         prefetcher = d->prefetcher.get();
     }
-    if (prefetcher != nullptr) prefetcher->AwaitRunning(url, credentials);
+    return prefetcher != nullptr && prefetcher->AwaitRunning(url, credentials, timedOut);
 }
 
 bool RunContext::FirstTime(const void* key)

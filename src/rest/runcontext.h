@@ -32,8 +32,9 @@ public:
     void FetchAhead(const RestClient& client, const std::string& credentials, const std::vector<std::string>& urls,
                     const RestClient::FollowLinks& follow);
     // Waits, within the transfer deadline, for a GET of `url` sent ahead and running; one still
-    // queued is left to the caller to send.
-    void AwaitAhead(const std::string& url, const std::string& credentials);
+    // queued is left to the caller to send. True, with its result in `timedOut`, when that GET ran
+    // out of the caller's own time limit (see Prefetcher::AwaitRunning).
+    bool AwaitAhead(const std::string& url, const std::string& credentials, RestResult& timedOut);
     // True the first time a run meets `key` (a read-ahead plan), so that each plan is sent once.
     bool FirstTime(const void* key);
     // Requests sent and the wall time spent waiting on them.

@@ -23,6 +23,11 @@ bool TransferDeadline::IsSet() { return deadlineTicks.load() != 0; }
 
 bool TransferDeadline::Passed() { return IsSet() && RemainingMs() == 0; }
 
+TransferDeadline::Clock::time_point TransferDeadline::When()
+{
+    return Clock::time_point(Clock::duration(deadlineTicks.load()));
+}
+
 std::int64_t TransferDeadline::RemainingMs()
 {
     const Clock::rep ticks = deadlineTicks.load();

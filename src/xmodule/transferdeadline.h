@@ -18,6 +18,8 @@ public:
     static void Clear();
     static bool IsSet();
     static bool Passed();
+    // The deadline; the clock's epoch when none is set.
+    static Clock::time_point When();
     // Milliseconds left, rounded up (so at least 1 while the deadline lies ahead); 0 once it has passed.
     static std::int64_t RemainingMs();
 };
