@@ -6,6 +6,7 @@
 #include "support/golden.h"
 #include "support/logcapture.h"
 #include "support/sysfsfixture.h"
+#include "support/tempdir.h"
 
 #include <boost/algorithm/string/join.hpp>
 #include <gtest/gtest.h>
@@ -205,6 +206,34 @@ TEST(EdidTest, DecodesEveryTimingListAndListsWhatIsWrong)
         const Edid edid = ParseEdid(c.bytes);
         EXPECT_EQ(c.decoded, Summary(edid)) << c.name;
         EXPECT_EQ(c.problems, boost::algorithm::join(edid.problems, " | ")) << c.name;
+    }
+}
+
+// EDIDs read from real monitors (the public linuxhw collection), each with a trait that builders miss.
+TEST(EdidTest, RealMonitorsKeepWhatTheirOddBlocksHold)
+{
+    struct Case {
+        const char* file;
+        const char* identity;  // maker, name and serial descriptor
+        const char* modesHeld;
+        const char* modesAbsent;
+        std::size_t problems;
+    } cases[] = {
+        // The serial number descriptor follows the timings of the CTA block.
+        {"lg_ultrawide_2560x1080.bin", "GSM|LG ULTRAWIDE|701NTVS95983", "2560x1080@60 1920x1080i@50 640x480@75", "", 0},
+        // EDID 1.0 with its four descriptors filled with 01 bytes: no 1x1 mode; 640x480 "at 72" runs at 72.8 Hz.
+        {"sony_crt_edid10.bin", "SNY||", "800x600@85 640x480@73 1024x768i@87", "1x1@39 640x480@72", 4},
+        // A TV that takes 4K at 50 and 60 Hz only in YCbCr 4:2:0.
+        {"samsung_tv4k_y420vdb.bin", "SAM|SAMSUNG|", "3840x2160@30 3840x2160@60 4096x2160@50", "", 0},
+    };
+    for (const Case& c : cases) {
+        const Edid edid = ParseEdid(ReadFile(std::string(KESTRO_TEST_FIXTURES) + "/edid/" + c.file));
+        EXPECT_EQ(c.identity, edid.manufacturerId + "|" + edid.name + "|" + edid.serialText) << c.file;
+        const std::string modes = Summary(edid) + " ";
+        std::istringstream held(c.modesHeld), absent(c.modesAbsent);
+        for (std::string mode; held >> mode;) EXPECT_NE(std::string::npos, modes.find(" " + mode + " ")) << c.file << " " << mode;
+        for (std::string mode; absent >> mode;) EXPECT_EQ(std::string::npos, modes.find(" " + mode + " ")) << c.file << " " << mode;
+        EXPECT_EQ(c.problems, edid.problems.size()) << c.file << ": " << boost::algorithm::join(edid.problems, " | ");
     }
 }
 

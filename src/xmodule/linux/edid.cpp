@@ -20,6 +20,11 @@ const std::size_t kExtensionCountAt = 126;
 const std::size_t kChecksumAt = 127;
 const unsigned kCtaExtensionTag = 0x02;
 const unsigned kVideoDataBlockTag = 2;
+const unsigned kExtendedDataBlockTag = 7;
+// An extended data block listing video codes a sink takes only in YCbCr 4:2:0 (4K TVs at 50/60 Hz).
+const unsigned kYcbcr420VideoDataBlockCode = 14;
+// Below this a detailed timing is filler (bytes 01 01) or damage, not a mode.
+const unsigned kMinimumPixelClock10KHz = 1000;
 
 // Display descriptor tags of the base block.
 const unsigned kSerialTextTag = 0xFF;
@@ -27,10 +32,11 @@ const unsigned kTextTag = 0xFE;
 const unsigned kRangeLimitsTag = 0xFD;
 const unsigned kNameTag = 0xFC;
 
-// Established timings I and II (bytes 35 and 36, bit 7 first) and the one of byte 37, bit 7.
+// Established timings I and II (bytes 35 and 36, bit 7 first) and the one of byte 37, bit 7; each
+// refresh is its real rate rounded, as for detailed timings (640x480 "at 72" runs at 72.809 Hz).
 const EdidMode kEstablishedModes[] = {
     {720, 400, 70, false},  {720, 400, 88, false},  {640, 480, 60, false},   {640, 480, 67, false},
-    {640, 480, 72, false},  {640, 480, 75, false},  {800, 600, 56, false},   {800, 600, 60, false},
+    {640, 480, 73, false},  {640, 480, 75, false},  {800, 600, 56, false},   {800, 600, 60, false},
     {800, 600, 72, false},  {800, 600, 75, false},  {832, 624, 75, false},   {1024, 768, 87, true},
     {1024, 768, 60, false}, {1024, 768, 70, false}, {1024, 768, 75, false},  {1280, 1024, 75, false},
     {1152, 870, 75, false}};
@@ -49,36 +55,61 @@ struct VideoCode {
     EdidMode mode;
 };
 
-// CTA-861 video identification codes 1-64 and 93-107; refresh rates of the 1000/1001 variants
-// round to the same whole number. Other codes are skipped.
+// CTA-861 video identification codes; refresh rates of the 1000/1001 variants round to the same
+// whole number, and the 64:27 codes repeat the sizes of the 16:9 ones. Other codes are reserved.
 const VideoCode kVideoCodes[] = {
-    {1, {640, 480, 60, false}},     {2, {720, 480, 60, false}},     {3, {720, 480, 60, false}},
-    {4, {1280, 720, 60, false}},    {5, {1920, 1080, 60, true}},    {6, {1440, 480, 60, true}},
-    {7, {1440, 480, 60, true}},     {8, {1440, 240, 60, false}},    {9, {1440, 240, 60, false}},
-    {10, {2880, 480, 60, true}},    {11, {2880, 480, 60, true}},    {12, {2880, 240, 60, false}},
-    {13, {2880, 240, 60, false}},   {14, {1440, 480, 60, false}},   {15, {1440, 480, 60, false}},
-    {16, {1920, 1080, 60, false}},  {17, {720, 576, 50, false}},    {18, {720, 576, 50, false}},
-    {19, {1280, 720, 50, false}},   {20, {1920, 1080, 50, true}},   {21, {1440, 576, 50, true}},
-    {22, {1440, 576, 50, true}},    {23, {1440, 288, 50, false}},   {24, {1440, 288, 50, false}},
-    {25, {2880, 576, 50, true}},    {26, {2880, 576, 50, true}},    {27, {2880, 288, 50, false}},
-    {28, {2880, 288, 50, false}},   {29, {1440, 576, 50, false}},   {30, {1440, 576, 50, false}},
-    {31, {1920, 1080, 50, false}},  {32, {1920, 1080, 24, false}},  {33, {1920, 1080, 25, false}},
-    {34, {1920, 1080, 30, false}},  {35, {2880, 480, 60, false}},   {36, {2880, 480, 60, false}},
-    {37, {2880, 576, 50, false}},   {38, {2880, 576, 50, false}},   {39, {1920, 1080, 50, true}},
-    {40, {1920, 1080, 100, true}},  {41, {1280, 720, 100, false}},  {42, {720, 576, 100, false}},
-    {43, {720, 576, 100, false}},   {44, {1440, 576, 100, true}},   {45, {1440, 576, 100, true}},
-    {46, {1920, 1080, 120, true}},  {47, {1280, 720, 120, false}},  {48, {720, 480, 120, false}},
-    {49, {720, 480, 120, false}},   {50, {1440, 480, 120, true}},   {51, {1440, 480, 120, true}},
-    {52, {720, 576, 200, false}},   {53, {720, 576, 200, false}},   {54, {1440, 576, 200, true}},
-    {55, {1440, 576, 200, true}},   {56, {720, 480, 240, false}},   {57, {720, 480, 240, false}},
-    {58, {1440, 480, 240, true}},   {59, {1440, 480, 240, true}},   {60, {1280, 720, 24, false}},
-    {61, {1280, 720, 25, false}},   {62, {1280, 720, 30, false}},   {63, {1920, 1080, 120, false}},
-    {64, {1920, 1080, 100, false}}, {93, {3840, 2160, 24, false}},  {94, {3840, 2160, 25, false}},
-    {95, {3840, 2160, 30, false}},  {96, {3840, 2160, 50, false}},  {97, {3840, 2160, 60, false}},
-    {98, {4096, 2160, 24, false}},  {99, {4096, 2160, 25, false}},  {100, {4096, 2160, 30, false}},
-    {101, {4096, 2160, 50, false}}, {102, {4096, 2160, 60, false}}, {103, {3840, 2160, 24, false}},
-    {104, {3840, 2160, 25, false}}, {105, {3840, 2160, 30, false}}, {106, {3840, 2160, 50, false}},
-    {107, {3840, 2160, 60, false}}};
+    {1, {640, 480, 60, false}},      {2, {720, 480, 60, false}},      {3, {720, 480, 60, false}},
+    {4, {1280, 720, 60, false}},     {5, {1920, 1080, 60, true}},     {6, {1440, 480, 60, true}},
+    {7, {1440, 480, 60, true}},      {8, {1440, 240, 60, false}},     {9, {1440, 240, 60, false}},
+    {10, {2880, 480, 60, true}},     {11, {2880, 480, 60, true}},     {12, {2880, 240, 60, false}},
+    {13, {2880, 240, 60, false}},    {14, {1440, 480, 60, false}},    {15, {1440, 480, 60, false}},
+    {16, {1920, 1080, 60, false}},   {17, {720, 576, 50, false}},     {18, {720, 576, 50, false}},
+    {19, {1280, 720, 50, false}},    {20, {1920, 1080, 50, true}},    {21, {1440, 576, 50, true}},
+    {22, {1440, 576, 50, true}},     {23, {1440, 288, 50, false}},    {24, {1440, 288, 50, false}},
+    {25, {2880, 576, 50, true}},     {26, {2880, 576, 50, true}},     {27, {2880, 288, 50, false}},
+    {28, {2880, 288, 50, false}},    {29, {1440, 576, 50, false}},    {30, {1440, 576, 50, false}},
+    {31, {1920, 1080, 50, false}},   {32, {1920, 1080, 24, false}},   {33, {1920, 1080, 25, false}},
+    {34, {1920, 1080, 30, false}},   {35, {2880, 480, 60, false}},    {36, {2880, 480, 60, false}},
+    {37, {2880, 576, 50, false}},    {38, {2880, 576, 50, false}},    {39, {1920, 1080, 50, true}},
+    {40, {1920, 1080, 100, true}},   {41, {1280, 720, 100, false}},   {42, {720, 576, 100, false}},
+    {43, {720, 576, 100, false}},    {44, {1440, 576, 100, true}},    {45, {1440, 576, 100, true}},
+    {46, {1920, 1080, 120, true}},   {47, {1280, 720, 120, false}},   {48, {720, 480, 120, false}},
+    {49, {720, 480, 120, false}},    {50, {1440, 480, 120, true}},    {51, {1440, 480, 120, true}},
+    {52, {720, 576, 200, false}},    {53, {720, 576, 200, false}},    {54, {1440, 576, 200, true}},
+    {55, {1440, 576, 200, true}},    {56, {720, 480, 240, false}},    {57, {720, 480, 240, false}},
+    {58, {1440, 480, 240, true}},    {59, {1440, 480, 240, true}},    {60, {1280, 720, 24, false}},
+    {61, {1280, 720, 25, false}},    {62, {1280, 720, 30, false}},    {63, {1920, 1080, 120, false}},
+    {64, {1920, 1080, 100, false}},  {65, {1280, 720, 24, false}},    {66, {1280, 720, 25, false}},
+    {67, {1280, 720, 30, false}},    {68, {1280, 720, 50, false}},    {69, {1280, 720, 60, false}},
+    {70, {1280, 720, 100, false}},   {71, {1280, 720, 120, false}},   {72, {1920, 1080, 24, false}},
+    {73, {1920, 1080, 25, false}},   {74, {1920, 1080, 30, false}},   {75, {1920, 1080, 50, false}},
+    {76, {1920, 1080, 60, false}},   {77, {1920, 1080, 100, false}},  {78, {1920, 1080, 120, false}},
+    {79, {1680, 720, 24, false}},    {80, {1680, 720, 25, false}},    {81, {1680, 720, 30, false}},
+    {82, {1680, 720, 50, false}},    {83, {1680, 720, 60, false}},    {84, {1680, 720, 100, false}},
+    {85, {1680, 720, 120, false}},   {86, {2560, 1080, 24, false}},   {87, {2560, 1080, 25, false}},
+    {88, {2560, 1080, 30, false}},   {89, {2560, 1080, 50, false}},   {90, {2560, 1080, 60, false}},
+    {91, {2560, 1080, 100, false}},  {92, {2560, 1080, 120, false}},  {93, {3840, 2160, 24, false}},
+    {94, {3840, 2160, 25, false}},   {95, {3840, 2160, 30, false}},   {96, {3840, 2160, 50, false}},
+    {97, {3840, 2160, 60, false}},   {98, {4096, 2160, 24, false}},   {99, {4096, 2160, 25, false}},
+    {100, {4096, 2160, 30, false}},  {101, {4096, 2160, 50, false}},  {102, {4096, 2160, 60, false}},
+    {103, {3840, 2160, 24, false}},  {104, {3840, 2160, 25, false}},  {105, {3840, 2160, 30, false}},
+    {106, {3840, 2160, 50, false}},  {107, {3840, 2160, 60, false}},  {108, {1280, 720, 48, false}},
+    {109, {1280, 720, 48, false}},   {110, {1680, 720, 48, false}},   {111, {1920, 1080, 48, false}},
+    {112, {1920, 1080, 48, false}},  {113, {2560, 1080, 48, false}},  {114, {3840, 2160, 48, false}},
+    {115, {4096, 2160, 48, false}},  {116, {3840, 2160, 48, false}},  {117, {3840, 2160, 100, false}},
+    {118, {3840, 2160, 120, false}}, {119, {3840, 2160, 100, false}}, {120, {3840, 2160, 120, false}},
+    {121, {5120, 2160, 24, false}},  {122, {5120, 2160, 25, false}},  {123, {5120, 2160, 30, false}},
+    {124, {5120, 2160, 48, false}},  {125, {5120, 2160, 50, false}},  {126, {5120, 2160, 60, false}},
+    {127, {5120, 2160, 100, false}}, {193, {5120, 2160, 120, false}}, {194, {7680, 4320, 24, false}},
+    {195, {7680, 4320, 25, false}},  {196, {7680, 4320, 30, false}},  {197, {7680, 4320, 48, false}},
+    {198, {7680, 4320, 50, false}},  {199, {7680, 4320, 60, false}},  {200, {7680, 4320, 100, false}},
+    {201, {7680, 4320, 120, false}}, {202, {7680, 4320, 24, false}},  {203, {7680, 4320, 25, false}},
+    {204, {7680, 4320, 30, false}},  {205, {7680, 4320, 48, false}},  {206, {7680, 4320, 50, false}},
+    {207, {7680, 4320, 60, false}},  {208, {7680, 4320, 100, false}}, {209, {7680, 4320, 120, false}},
+    {210, {10240, 4320, 24, false}}, {211, {10240, 4320, 25, false}}, {212, {10240, 4320, 30, false}},
+    {213, {10240, 4320, 48, false}}, {214, {10240, 4320, 50, false}}, {215, {10240, 4320, 60, false}},
+    {216, {10240, 4320, 100, false}}, {217, {10240, 4320, 120, false}}, {218, {4096, 2160, 100, false}},
+    {219, {4096, 2160, 120, false}}};
 
 // One block of the EDID, possibly cut short; every read goes through Has() first.
 struct Block {
@@ -135,21 +166,27 @@ std::string DecodeDescriptorText(const unsigned char* text)
 }
 
 // An interlaced timing gives one field's lines; the frame has twice as many plus the half line.
-bool DecodeDetailedTiming(const unsigned char* timing, EdidMode& mode)
+// Returns what makes the bytes no mode, or "" when they are one.
+std::string DecodeDetailedTiming(const unsigned char* timing, EdidMode& mode)
 {
     const unsigned pixelClock10KHz = timing[0] | timing[1] << 8;
     const unsigned hActive = timing[2] | (timing[4] & 0xF0) << 4;
     const unsigned hBlank = timing[3] | (timing[4] & 0x0F) << 8;
     const unsigned vActive = timing[5] | (timing[7] & 0xF0) << 4;
     const unsigned vBlank = timing[6] | (timing[7] & 0x0F) << 8;
-    if (hActive == 0 || vActive == 0) return false;
+    if (pixelClock10KHz < kMinimumPixelClock10KHz) {
+        char clock[16];
+        std::snprintf(clock, sizeof clock, "%.2f", pixelClock10KHz / 100.0);
+        return std::string("has a pixel clock of ") + clock + " MHz, under 10 MHz";
+    }
+    if (hActive == 0 || vActive == 0) return "has no active area";
     mode.interlaced = (timing[17] & 0x80) != 0;
     const double frameLines = mode.interlaced ? 2.0 * (vActive + vBlank) + 1 : vActive + vBlank;
     const double frameRate = pixelClock10KHz * 10000.0 / ((hActive + hBlank) * frameLines);
     mode.width = hActive;
     mode.height = mode.interlaced ? 2 * vActive : vActive;
     mode.refresh = static_cast<unsigned>(std::lround(mode.interlaced ? 2 * frameRate : frameRate));
-    return true;
+    return std::string();
 }
 
 // Each offset flag adds 255 to a rate, for monitors beyond 255 Hz or kHz (EDID 1.4).
@@ -183,10 +220,11 @@ void DecodeDescriptor(const Block& block, std::size_t at, Edid& edid, ModeLists&
         return;
     }
     EdidMode mode;
-    if (DecodeDetailedTiming(descriptor, mode))
+    const std::string fault = DecodeDetailedTiming(descriptor, mode);
+    if (fault.empty())
         lists.detailed.push_back(mode);
     else
-        NoteProblem(edid, block, "detailed timing at byte " + std::to_string(at) + " has no active area");
+        NoteProblem(edid, block, "detailed timing at byte " + std::to_string(at) + " " + fault);
 }
 
 void DecodeEstablishedTimings(const Block& block, ModeLists& lists)
@@ -283,6 +321,8 @@ void DecodeDataBlockCollection(const Block& block, std::size_t end, Edid& edid, 
             return;
         }
         if (tag == kVideoDataBlockTag) DecodeVideoDataBlock(block, at + 1, length, lists);
+        if (tag == kExtendedDataBlockTag && length > 1 && block.Byte(at + 1) == kYcbcr420VideoDataBlockCode)
+            DecodeVideoDataBlock(block, at + 2, length - 1, lists);
         at += 1 + length;
     }
 }
@@ -297,8 +337,10 @@ void DecodeCtaBlock(const Block& block, Edid& edid, ModeLists& lists)
         return;
     }
     if (block.Byte(1) >= 3) DecodeDataBlockCollection(block, timingsAt, edid, lists);
+    // Zeros pad the block after its last descriptor; a display descriptor (00 00 00 tag) may still come.
     for (std::size_t at = timingsAt; at + kDescriptorSize <= kChecksumAt; at += kDescriptorSize) {
-        if (block.Byte(at) == 0 && block.Byte(at + 1) == 0) break;
+        const unsigned char* descriptor = block.data + at;
+        if (std::all_of(descriptor, descriptor + kDescriptorSize, [](unsigned char b) { return b == 0; })) break;
         DecodeDescriptor(block, at, edid, lists);
     }
 }
