@@ -196,3 +196,28 @@ TEST(DmiInventoryTest, CpuinfoGivesOneEntryPerProcessorLine)
         EXPECT_EQ(platform.whitley, IsWhitleyCpu(cpus)) << cpus.size() << " CPUs";
     }
 }
+
+// Shaped like a 2007 rack server: SMBIOS 2.4, onboard devices in the older list only, an unknown board
+// type and power supplies that are unplugged or in a state no supply has.
+TEST(DmiInventoryTest, OlderServerGivesItsFirstOnboardListAndUnpluggedSupplies)
+{
+    FixtureHost host("");
+    const std::string table =
+        SmbiosBuilder(2, 0x0200, 0x08).String(0x04, "Dell Inc.").String(0x05, "0M788G").String(0x06, "A04").Bytes() +
+        SmbiosBuilder(2, 0x0201, 0x0F).String(0x04, "Dell Inc.").String(0x05, "0K9CH4").Byte(0x0D, 0x01).Bytes() +
+        SmbiosBuilder(2, 0x0202, 0x0F).String(0x05, "Riser").Byte(0x0D, 0x02).Bytes() +
+        SmbiosBuilder(10, 0x0A00, 0x08).Byte(0x04, 0x83).String(0x05, "Embedded ATI ES1000")
+            .Byte(0x06, 0x05).String(0x07, "Embedded Broadcom 5708 NIC 1").Bytes() +
+        SmbiosBuilder(39, 0x2700, 0x16).String(0x06, "PS1").Word(0x0C, 670).Word(0x0E, 0x01A6).Bytes() +
+        SmbiosBuilder(39, 0x2701, 0x16).String(0x06, "PS2").Word(0x0C, 670).Word(0x0E, 0x0302).Bytes() +
+        EndOfTableBytes(0x7F00);
+    WriteDmiTable(host.Dir(), table);
+    WriteSmbiosEntryPoint(host.Dir(), SmbiosEntryPoint2Bytes(2, 4));
+
+    const Inventory got = Collect();
+    EXPECT_EQ((Lines{"Baseboard: 0M788G|Dell Inc.|A04|N/A", "Baseboard: 0K9CH4|Dell Inc.|N/A|N/A",
+                     "Baseboard: Riser (Other)|N/A|N/A|N/A", "Onboard: Video (Embedded ATI ES1000, Enabled)|N/A|N/A|N/A",
+                     "Onboard: Ethernet (Embedded Broadcom 5708 NIC 1, Disabled)|N/A|N/A|N/A"}),
+              got.cards);
+    EXPECT_EQ((Lines{"PS1|Unplugged|670", "PS2|N/A|670"}), got.power);
+}

@@ -136,8 +136,8 @@ TEST(SmbiosDecodeTest, MemoryDevicesAcrossVersionsEscapesAndEmptySlots)
         {"3.3 extended size and speed",
          Dimm(0x5C).Word(0x0C, 0x7FFF).Dword(0x1C, 65536).Byte(0x12, 0x22).Word(0x15, 0xFFFF).Dword(0x54, 4800),
          "1|68719476736|DDR5|4800|CPU1_DIMM_A1|NODE 1|Samsung|03A1B2C3|M393A2K43DB3-CWE"},
-        {"extended size escape in a 2.3 structure", Dimm(0x1B).Word(0x0C, 0x7FFF),
-         "1|0|DDR4|3200|CPU1_DIMM_A1|NODE 1|Samsung|03A1B2C3|M393A2K43DB3-CWE"},
+        {"0x7FFF before the extended size is 32767 MiB", Dimm(0x1B).Word(0x0C, 0x7FFF),
+         "1|34358689792|DDR4|3200|CPU1_DIMM_A1|NODE 1|Samsung|03A1B2C3|M393A2K43DB3-CWE"},
         {"extended speed escape in a 2.8 structure", Dimm(0x28).Word(0x15, 0xFFFF),
          "1|17179869184|DDR4|0|CPU1_DIMM_A1|NODE 1|Samsung|03A1B2C3|M393A2K43DB3-CWE"},
         {"unknown size", Dimm(0x28).Word(0x0C, 0xFFFF), "1|0|DDR4|3200|CPU1_DIMM_A1|NODE 1|Samsung|03A1B2C3|M393A2K43DB3-CWE"},
@@ -173,7 +173,7 @@ TEST(SmbiosDecodeTest, ProcessorsWithTheirCountEscapesAndCacheLinks)
         {"3.0", Socket(0x30), "CPU1|6|2000|1 CPU Enabled|32/32/64|1|700 701 702|"},
         {"0xFF escape to the 2-byte counts", Socket(0x30).Byte(0x23, 0xFF).Byte(0x25, 0xFF).Word(0x2A, 300).Word(0x2E, 600),
          "CPU1|6|2000|1 CPU Enabled|300/32/600|1|700 701 702|"},
-        {"0xFF escape in a 2.6 structure", Socket(0x2A).Byte(0x23, 0xFF), "CPU1|6|2000|1 CPU Enabled|0/32/64|1|700 701 702|"},
+        {"0xFF before the 2-byte counts is 255", Socket(0x2A).Byte(0x23, 0xFF), "CPU1|6|2000|1 CPU Enabled|255/32/64|1|700 701 702|"},
         {"2.3 structure", Socket(0x23).String(0x20, "PPIN-0A1B"), "CPU1|6|2000|1 CPU Enabled|0/0/0|0|700 701 702|PPIN-0A1B"},
         {"2.0 structure", Socket(0x1A), "CPU1|6|2000|1 CPU Enabled|0/0/0|0|ffff ffff ffff|"},
         {"empty socket", Socket(0x30).Byte(0x18, 0x00), "CPU1|6|2000|0 |32/32/64|1|700 701 702|"},
@@ -221,7 +221,8 @@ TEST(SmbiosDecodeTest, SystemUuidOrderAndCachesAndDates)
         {SmbiosBuilder(7, 0x700, 0x13).Word(0x05, 0x0180).Word(0x09, 0x8000 | 0x0C00), "1 1 Write Back 201326592"},
         {SmbiosBuilder(7, 0x701, 0x1B).Word(0x05, 0x0202).Word(0x09, 0xFFFF).Dword(0x17, 0x80000000 | 0x8000),
          "3 0 Varies with Memory Address 2147483648"},
-        {SmbiosBuilder(7, 0x702, 0x13).Word(0x05, 0x0301).Word(0x09, 0xFFFF), "2 0 Unknown 0"},
+        // Before the 3.1 dword, 0xFFFF is 32767 units of 64 KiB.
+        {SmbiosBuilder(7, 0x702, 0x13).Word(0x05, 0x0301).Word(0x09, 0xFFFF), "2 0 Unknown 2147418112"},
         {SmbiosBuilder(7, 0x703, 0x13).Word(0x05, 0x0080).Word(0x09, 48), "1 1 Write Through 49152"},
     };
     for (const CacheCase& c : caches) {

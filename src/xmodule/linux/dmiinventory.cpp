@@ -173,14 +173,31 @@ protocol::SystemCard OnboardCard(const SmbiosOnboardDevice& device)
                 "", "", "");
 }
 
+bool HasStructureOfType(const DmiSnapshot& snapshot, std::uint8_t type)
+{
+    for (const SmbiosStructure& structure : snapshot.table)
+        if (structure.type == type) return true;
+    return false;
+}
+
+// Firmware that keeps the older onboard device list beside the newer one lists the devices twice.
+void CollectOlderOnboardDevices(const SmbiosStructure& structure, std::vector<protocol::SystemCard>& cards)
+{
+    for (const SmbiosOnboardDevice& device : DecodeOnboardDevices(structure)) cards.push_back(OnboardCard(device));
+}
+
 void CollectCardsFromSmbios(const DmiSnapshot& snapshot, std::vector<protocol::SystemCard>& cards)
 {
+    const bool olderOnboardList = !HasStructureOfType(snapshot, SMBIOS_ONBOARD_DEVICES_EXTENDED);
     for (const SmbiosStructure& structure : snapshot.table) {
         switch (structure.type) {
         case SMBIOS_BIOS_INFORMATION: cards.push_back(BiosCard(DecodeBios(structure))); break;
         case SMBIOS_BASEBOARD_INFORMATION: cards.push_back(BaseboardCard(DecodeBaseboard(structure))); break;
         case SMBIOS_SYSTEM_ENCLOSURE: cards.push_back(ChassisCard(DecodeChassis(structure))); break;
         case SMBIOS_SYSTEM_SLOTS: cards.push_back(SlotCard(DecodeSlot(structure))); break;
+        case SMBIOS_ONBOARD_DEVICES:
+            if (olderOnboardList) CollectOlderOnboardDevices(structure, cards);
+            break;
         case SMBIOS_ONBOARD_DEVICES_EXTENDED: cards.push_back(OnboardCard(DecodeOnboardDevice(structure))); break;
         default: break;
         }
@@ -469,7 +486,7 @@ void CollectSmbiosPowerSupplies(std::vector<protocol::PowerInband>& supplies)
         protocol::PowerInband power;
         ++number;
         power.ElementName = FirstKnown(FirstKnown(supply.deviceName, supply.location), "Power Supply " + std::to_string(number));
-        power.HealthState = supply.present ? TextOrUnknown(supply.status) : "Not Present";
+        power.HealthState = !supply.present ? "Not Present" : supply.unplugged ? "Unplugged" : TextOrUnknown(supply.status);
         power.TotalOutputPower = NumberOrUnknown(supply.maxWatts);
         supplies.push_back(power);
     }

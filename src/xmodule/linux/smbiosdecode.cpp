@@ -29,8 +29,9 @@ std::string NameOf(const CodeName (&table)[N], unsigned code)
     return std::string();
 }
 
+// Code 1 is this table's "Unknown".
 const CodeName kBoardTypes[] = {
-    {0x01, "Other"}, {0x03, "Server Blade"}, {0x04, "Connectivity Switch"}, {0x05, "System Management Module"},
+    {0x02, "Other"}, {0x03, "Server Blade"}, {0x04, "Connectivity Switch"}, {0x05, "System Management Module"},
     {0x06, "Processor Module"}, {0x07, "I/O Module"}, {0x08, "Memory Module"}, {0x09, "Daughter Board"},
     {0x0A, "Motherboard"}, {0x0B, "Processor/Memory Module"}, {0x0C, "Processor/IO Module"},
     {0x0D, "Interconnect Board"},
@@ -61,12 +62,15 @@ const CodeName kSlotTypes[] = {
     {0x08, "VL-VESA"}, {0x09, "Proprietary"}, {0x0A, "Processor Card"}, {0x0B, "Proprietary Memory Card"},
     {0x0C, "I/O Riser Card"}, {0x0D, "NuBus"}, {0x0E, "PCI-66"}, {0x0F, "AGP"}, {0x10, "AGP 2x"},
     {0x11, "AGP 4x"}, {0x12, "PCI-X"}, {0x13, "AGP 8x"}, {0x14, "M.2 Socket 1-DP"}, {0x15, "M.2 Socket 1-SD"},
-    {0x16, "M.2 Socket 2"}, {0x17, "M.2 Socket 3"}, {0x1F, "PCI Express 2 SFF-8639 (U.2)"},
+    {0x16, "M.2 Socket 2"}, {0x17, "M.2 Socket 3"}, {0x18, "MXM Type I"}, {0x19, "MXM Type II"},
+    {0x1A, "MXM Type III (standard connector)"}, {0x1B, "MXM Type III (HE connector)"}, {0x1C, "MXM Type IV"},
+    {0x1D, "MXM 3.0 Type A"}, {0x1E, "MXM 3.0 Type B"}, {0x1F, "PCI Express 2 SFF-8639 (U.2)"},
     {0x20, "PCI Express 3 SFF-8639 (U.2)"}, {0x21, "PCI Express Mini 52-pin with bottom-side keep-outs"},
     {0x22, "PCI Express Mini 52-pin without bottom-side keep-outs"}, {0x23, "PCI Express Mini 76-pin"},
     {0x24, "PCI Express 4 SFF-8639 (U.2)"}, {0x25, "PCI Express 5 SFF-8639 (U.2)"},
     {0x26, "OCP NIC 3.0 Small Form Factor"}, {0x27, "OCP NIC 3.0 Large Form Factor"},
-    {0x28, "OCP NIC Prior to 3.0"}, {0x30, "CXL Flexbus 1.0"}, {0xC4, "PCI Express 6+"},
+    {0x28, "OCP NIC Prior to 3.0"}, {0x30, "CXL Flexbus 1.0"}, {0xA0, "PC-98/C20"}, {0xA1, "PC-98/C24"},
+    {0xA2, "PC-98/E"}, {0xA3, "PC-98/Local Bus"}, {0xA4, "PC-98/Card"}, {0xC4, "PCI Express 6+"},
     {0xC5, "EDSFF E1"}, {0xC6, "EDSFF E3"},
 };
 
@@ -99,10 +103,12 @@ const CodeName kCoolingTypes[] = {
     {0x10, "Active Cooling"}, {0x11, "Passive Cooling"},
 };
 
-// Cooling devices and power supplies share these.
-const CodeName kDeviceStatuses[] = {
+const CodeName kCoolingStatuses[] = {
     {1, "Other"}, {3, "OK"}, {4, "Non-critical"}, {5, "Critical"}, {6, "Non-recoverable"},
 };
+
+// A power supply has no "Non-recoverable" status.
+const CodeName kPowerSupplyStatuses[] = {{1, "Other"}, {3, "OK"}, {4, "Non-critical"}, {5, "Critical"}};
 
 const CodeName kOnboardDeviceTypes[] = {
     {0x01, "Other"}, {0x03, "Video"}, {0x04, "SCSI Controller"}, {0x05, "Ethernet"}, {0x06, "Token Ring"},
@@ -217,12 +223,13 @@ bool IsX86Maker(const std::string& manufacturer)
     return false;
 }
 
-// A count of 0xFF stands for "see the 2-byte field" (3.0); 0 and the 2-byte field's 0xFFFF are unknown.
+// A count of 0xFF stands for "see the 2-byte field" where the structure has one (3.0), and for 255
+// before; 0 and the 2-byte field's 0xFFFF are unknown.
 unsigned CountAt(const SmbiosStructure& structure, std::size_t byteOffset, std::size_t wordOffset)
 {
     const std::uint8_t count = ByteOr(structure, byteOffset, 0);
-    if (count != 0xFF) return count;
-    const std::uint16_t wide = WordOr(structure, wordOffset, 0);
+    std::uint16_t wide = 0;
+    if (count != 0xFF || !GetSmbiosWord(structure, wordOffset, wide)) return count;
     return wide == 0xFFFF ? 0 : wide;
 }
 
@@ -383,9 +390,11 @@ SmbiosCache DecodeCache(const SmbiosStructure& structure)
     std::uint16_t installed = 0;
     std::uint32_t installedWide = 0;
     if (GetSmbiosWord(structure, 0x09, installed)) {
-        // 0xFFFF: the size is too large for the word, see the dword of 3.1.
-        if (installed != 0xFFFF) cache.installedBytes = CacheBytes(installed, 15);
-        else if (GetSmbiosDword(structure, 0x17, installedWide)) cache.installedBytes = CacheBytes(installedWide, 31);
+        // 0xFFFF: the size is too large for the word, see the dword of 3.1; before it, a size like any other.
+        if (installed == 0xFFFF && GetSmbiosDword(structure, 0x17, installedWide))
+            cache.installedBytes = CacheBytes(installedWide, 31);
+        else
+            cache.installedBytes = CacheBytes(installed, 15);
     }
     return cache;
 }
@@ -421,13 +430,14 @@ SmbiosMemoryDevice DecodeMemoryDevice(const SmbiosStructure& structure)
     ReadTexts(structure, kFields, device);
     device.memoryType = NameOf(kMemoryTypes, ByteOr(structure, 0x12, 0));
 
-    // 0: an empty slot; 0xFFFF: a module of unknown size; 0x7FFF: see the extended size in MiB.
+    // 0: an empty slot; 0xFFFF: a module of unknown size; 0x7FFF: see the extended size in MiB where
+    // the structure has one (2.7), 32767 MiB before.
     const std::uint16_t size = WordOr(structure, 0x0C, 0);
     std::uint32_t extendedSize = 0;
     device.installed = size != 0;
     if (size == 0x7FFF && GetSmbiosDword(structure, 0x1C, extendedSize))
         device.sizeBytes = std::uint64_t(extendedSize & 0x7FFFFFFF) << 20;
-    else if (size != 0x7FFF && size != 0xFFFF)
+    else if (size != 0xFFFF)
         device.sizeBytes = std::uint64_t(size & 0x7FFF) << (size & 0x8000 ? 10 : 20);
 
     // 0xFFFF: see the extended speed of 3.3.
@@ -443,7 +453,7 @@ SmbiosCoolingDevice DecodeCoolingDevice(const SmbiosStructure& structure)
     SmbiosCoolingDevice cooling;
     const std::uint8_t typeAndStatus = ByteOr(structure, 0x06, 0);
     cooling.deviceType = NameOf(kCoolingTypes, typeAndStatus & 0x1F);
-    cooling.status = NameOf(kDeviceStatuses, typeAndStatus >> 5);
+    cooling.status = NameOf(kCoolingStatuses, typeAndStatus >> 5);
     const std::uint16_t speed = WordOr(structure, 0x0C, 0x8000);
     cooling.nominalRpm = speed == 0x8000 ? 0 : speed;
     cooling.description = TextAt(structure, 0x0E);
@@ -463,7 +473,8 @@ SmbiosPowerSupply DecodePowerSupply(const SmbiosStructure& structure)
     std::uint16_t characteristics = 0;
     if (GetSmbiosWord(structure, 0x0E, characteristics)) {
         supply.present = (characteristics & 0x0002) != 0;
-        supply.status = NameOf(kDeviceStatuses, (characteristics >> 7) & 0x07);
+        supply.unplugged = (characteristics & 0x0004) != 0;
+        supply.status = NameOf(kPowerSupplyStatuses, (characteristics >> 7) & 0x07);
     }
     return supply;
 }
@@ -479,6 +490,20 @@ SmbiosOnboardDevice DecodeOnboardDevice(const SmbiosStructure& structure)
     }
     device.busAddress = BusAddressAt(structure, 0x07);
     return device;
+}
+
+std::vector<SmbiosOnboardDevice> DecodeOnboardDevices(const SmbiosStructure& structure)
+{
+    std::vector<SmbiosOnboardDevice> devices;
+    for (std::size_t at = 0x04; at + 1 < structure.formatted.size(); at += 2) {
+        const std::uint8_t typeAndState = ByteOr(structure, at, 0);
+        SmbiosOnboardDevice device;
+        device.enabled = (typeAndState & 0x80) != 0;
+        device.deviceType = NameOf(kOnboardDeviceTypes, typeAndState & 0x7F);
+        device.designation = TextAt(structure, at + 1);
+        devices.push_back(device);
+    }
+    return devices;
 }
 
 }  // namespace Linux

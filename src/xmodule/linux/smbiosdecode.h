@@ -115,7 +115,8 @@ struct SmbiosPowerSupply {
     std::string modelPartNumber;
     unsigned maxWatts = 0;
     bool present = false;
-    std::string status;  // "OK"
+    bool unplugged = false;  // present, but not plugged into the mains
+    std::string status;      // "OK"
 };
 
 struct SmbiosOnboardDevice {
@@ -138,6 +139,8 @@ SmbiosMemoryDevice DecodeMemoryDevice(const SmbiosStructure& structure);
 SmbiosCoolingDevice DecodeCoolingDevice(const SmbiosStructure& structure);
 SmbiosPowerSupply DecodePowerSupply(const SmbiosStructure& structure);
 SmbiosOnboardDevice DecodeOnboardDevice(const SmbiosStructure& structure);
+// The older structure of onboard devices (type 10), a pair of bytes per device and no bus address.
+std::vector<SmbiosOnboardDevice> DecodeOnboardDevices(const SmbiosStructure& structure);
 
 // The chassis type name of a code (SMBIOS type 3, and /sys/class/dmi/id/chassis_type); "" when unknown.
 std::string NameChassisType(unsigned code);
