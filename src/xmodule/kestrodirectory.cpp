@@ -31,8 +31,13 @@ std::string HomeFolder()
     const char* fromEnvironment = std::getenv("KESTRO_HOME");
     if (fromEnvironment && *fromEnvironment) return fromEnvironment;
     const std::string exeFolder = ExecutableFolder();
-    boost::system::error_code error;
-    if (!exeFolder.empty() && boost::filesystem::is_directory(exeFolder + "/data", error)) return exeFolder;
+    if (exeFolder.empty()) return KESTRO_INSTALL_DATADIR;
+    // A build tree keeps the data beside the tool; an installed tree moved to another prefix keeps it
+    // under its own share/.
+    for (const std::string& candidate : {exeFolder, exeFolder + "/../share/kestro"}) {
+        boost::system::error_code error;
+        if (boost::filesystem::is_directory(candidate + "/data", error)) return candidate;
+    }
     return KESTRO_INSTALL_DATADIR;
 }
 

@@ -98,3 +98,20 @@ TEST(KestroToolTest, FailuresExitWithTheirResultCodes)
     EXPECT_EQ(0, RunTool("--version", root).status);
     EXPECT_EQ(0, RunTool("--help", root).status);
 }
+
+// An installed tree moved to another prefix: the tool finds its data under ../share/kestro.
+TEST(KestroToolTest, AToolMovedWithItsShareFolderFindsItsData)
+{
+    TempDir dir;
+    dir.Write("root/etc/os-release", "ID=ubuntu\n");
+    const std::string prefix = dir.Path() + "/opt/kestro";
+    const std::string toolFolder = std::string(KESTRO_TOOL_PATH).substr(0, std::string(KESTRO_TOOL_PATH).rfind('/'));
+    ASSERT_EQ(0, RunCommand("mkdir -p '" + prefix + "/bin' '" + prefix + "/share/kestro' && cp '" KESTRO_TOOL_PATH "' '" +
+                            prefix + "/bin/' && cp -r '" + toolFolder + "/data' '" + prefix + "/share/kestro/'")
+                     .status);
+
+    const CommandRun run = RunCommand("env -u KESTRO_HOME KESTRO_ROOT='" + dir.Path() + "/root' '" + prefix +
+                                      "/bin/kestro' inventory --output '" + dir.Path() + "/out' 2>&1");
+    EXPECT_EQ(0, run.status) << run.output;
+    EXPECT_TRUE(Exists(dir.Path() + "/out/data/repository.css"));
+}
