@@ -41,6 +41,9 @@ TEST(xFirmwareInventoryTest, KeepsWhatWasReadAndTellsWhyTheRestIsMissing)
         {"no event log service", kSel,
          R"({"Members": [{"@odata.id": "/redfish/v1/Systems/Node-A1/LogServices/DiagLog"}]})", true, 0,
          &xFirmwareInventory::GetQMMPlatformLogDataViaREST, INVENTORY_NO_LOG_SERVICE, {}, nullptr},
+        {"the only service, of no named entry type", kSel,
+         R"({"Members": [{"@odata.id": "/redfish/v1/Systems/Node-A1/LogServices/SEL/Untyped"}]})", true, 0,
+         &xFirmwareInventory::GetQMMPlatformLogDataViaREST, INVENTORY_SUCCESS, {"1", "2", "3", "4"}, nullptr},
         {"no second node", "", "", true, 1, &xFirmwareInventory::GetQMMActiveEventsDataViaREST, INVENTORY_NO_SYSTEM,
          {}, "lists no member 1"},
         {"this host", "", "", false, 0, &xFirmwareInventory::GetQMMAuditLogDataViaREST, INVENTORY_NOT_BMC, {}, nullptr},
@@ -52,6 +55,7 @@ TEST(xFirmwareInventoryTest, KeepsWhatWasReadAndTellsWhyTheRestIsMissing)
         bmc.Start();
         if (!c.path.empty() && c.body.empty()) bmc.ForceStatus(c.path, 404);
         if (!c.body.empty()) bmc.SetDocument(c.path, c.body);
+        bmc.SetDocument(kSel + "/SEL/Untyped", R"({"Id": "Log1", "Entries": {"@odata.id": ")" + kSel + R"(/SEL/Entries"}})");
         ConnectionInfo connection;
         connection.host = "127.0.0.1";
         connection.port = bmc.Port();

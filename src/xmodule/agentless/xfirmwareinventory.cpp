@@ -26,11 +26,13 @@ struct LogServiceKind {
     const char* owner;       // kSystems or kManagers
     const char* entryType;   // "" when the entry type says nothing about the kind
     std::vector<std::string> idWords;
+    // The owner's only log service, when it names no entry type (LogService 1.0 had none), is this kind.
+    bool soleUntypedService;
 };
 
-const LogServiceKind kPlatformLog = {kSystems, "SEL", {"sel", "eventlog", "platform"}};
-const LogServiceKind kAuditLog = {kManagers, "", {"audit"}};
-const LogServiceKind kMaintenanceLog = {kManagers, "", {"maint"}};
+const LogServiceKind kPlatformLog = {kSystems, "SEL", {"sel", "eventlog", "platform"}, true};
+const LogServiceKind kAuditLog = {kManagers, "", {"audit"}, false};
+const LogServiceKind kMaintenanceLog = {kManagers, "", {"maint"}, false};
 
 const char* const kOemEventIdKeys[] = {"/EventID", "/EventId"};
 
@@ -165,7 +167,9 @@ struct xFirmwareInventory::Private {
         if (collection.empty() || !reader.Members(collection, services)) return INVENTORY_NO_LOG_SERVICE;
         for (const std::string& path : services)
             if (reader.Get(path, service) && Matches(kind, service)) return INVENTORY_SUCCESS;
-        return INVENTORY_NO_LOG_SERVICE;
+        const bool soleUntyped = kind.soleUntypedService && services.size() == 1 &&
+                                 reader.Get(services.front(), service) && Text(service, "/LogEntryType").empty();
+        return soleUntyped ? INVENTORY_SUCCESS : INVENTORY_NO_LOG_SERVICE;
     }
 
     // Every entry of the collection at `path`, page by page; an entry given only as a link is
