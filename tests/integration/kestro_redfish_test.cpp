@@ -90,8 +90,8 @@ TEST(KestroRedfishTest, ACABundleIsCheckedByEveryCollectorAndAWrongPasswordOrNoB
     EXPECT_EQ(13, gone.status) << gone.output;
 }
 
-// Any standard Redfish server: the ordinary modules read storage, adapters and logs through it.
-TEST(KestroRedfishTest, OobCaseFillsTheStorageAdapterAndLogPagesOfAStandardServer)
+// Any standard Redfish server: the ordinary modules read the system, storage, adapters and logs through it.
+TEST(KestroRedfishTest, OobCaseFillsTheHardwareStorageAdapterAndLogPagesOfAStandardServer)
 {
     LoopbackBmc bmc(StandardBmcOptions(kPassword));
     bmc.Start();
@@ -99,7 +99,7 @@ TEST(KestroRedfishTest, OobCaseFillsTheStorageAdapterAndLogPagesOfAStandardServe
     const std::string url = "https://" + std::string(kUser) + ":" + kPassword + "@127.0.0.1:" + std::to_string(bmc.Port());
     const CommandRun run = RunTool("", "inventory --redfish " + url + " --case oob --output " + dir.Path() + "/std");
     ASSERT_EQ(0, run.status) << run.output;
-    for (const char* count : {"  StorageDevice: 1\n", "  StorageDiskDrive: 4\n", "  PCIAdapter: 2\n", "  PCIPort: 4\n",
+    for (const char* count : {"  ComputerSystem: 1\n", "  Processor: 1\n", "  Memory: 1\n", "  StorageDevice: 1\n", "  StorageDiskDrive: 4\n", "  PCIAdapter: 2\n", "  PCIPort: 4\n",
                               "  QMMPlatformLogRest: 4\n", "  ReportHighlights: 2\n"})
         EXPECT_NE(std::string::npos, run.output.find(count)) << count << "\n" << run.output;
     EXPECT_NE(std::string::npos, run.output.find("BMC requests: "));
@@ -109,7 +109,9 @@ TEST(KestroRedfishTest, OobCaseFillsTheStorageAdapterAndLogPagesOfAStandardServe
         const char* cell;
     } pages[] = {{"storage_devices.html", "<td>RAID 940-8i"},
                  {"pci_adapters.html", "<td>FC 32Gb 2-Port PCIe Adapter"},
-                 {"bmc_platform_log.html", "<td>Processor 1 has shut down on thermal trip."}};
+                 {"bmc_platform_log.html", "<td>Processor 1 has shut down on thermal trip."},
+                 {"processors.html", "CPU 1 (32 cores, 30 enabled, 60 threads)"},
+                 {"memory.html", "M321R8GA0BB0-CQK"}};
     for (const auto& page : pages)
         EXPECT_NE(std::string::npos, dir.Read(std::string("std/") + page.page).find(page.cell)) << page.page;
 }

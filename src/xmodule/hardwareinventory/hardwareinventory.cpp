@@ -1,5 +1,7 @@
 #include "xmodule/hardwareinventory/hardwareinventory.h"
 
+#include "xmodule/agentless/redfishhardwarereader.h"
+
 #include "xmodule/linux/blockdevices.h"
 #include "xmodule/linux/dmiinventory.h"
 #include "xmodule/linux/graphicsinventory.h"
@@ -20,7 +22,12 @@ const char* const kLocalHosts[] = {"localhost", "127.0.0.1", "::1"};
 
 }  // namespace
 
-Hardwareinventory::Hardwareinventory(const ConnectionInfo& connection) : local(IsLocal(connection)) {}
+Hardwareinventory::Hardwareinventory(const ConnectionInfo& connection)
+    : local(IsLocal(connection)), bmc(connection.isBmc ? new Agentless::RedfishHardwareReader(connection) : nullptr)
+{
+}
+
+Hardwareinventory::~Hardwareinventory() = default;
 
 bool Hardwareinventory::IsLocal(const ConnectionInfo& connection)
 {
@@ -34,6 +41,7 @@ bool Hardwareinventory::IsWhitleyPlatform() { return Linux::IsWhitleyPlatform();
 
 int Hardwareinventory::GetComputerSystems(std::vector<protocol::ComputerSystem>& systems)
 {
+    if (bmc) return bmc->ReadComputerSystem(systems) ? HARDWARE_OK : HARDWARE_BMC_UNREADABLE;
     if (!local) return HARDWARE_NOT_LOCAL;
     Linux::CollectComputerSystems(systems);
     return HARDWARE_OK;
@@ -41,6 +49,7 @@ int Hardwareinventory::GetComputerSystems(std::vector<protocol::ComputerSystem>&
 
 int Hardwareinventory::GetHardwareInfo(protocol::Hardwareinfo& info)
 {
+    if (bmc) return bmc->ReadHardware(info) ? HARDWARE_OK : HARDWARE_BMC_UNREADABLE;
     if (!local) return HARDWARE_NOT_LOCAL;
     Linux::CollectProcessors(info.processors);
     Linux::CollectMemory(info.memory);

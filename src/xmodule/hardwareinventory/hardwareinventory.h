@@ -4,18 +4,26 @@
 #include "kestro/xmodule/connectioninfo.h"
 #include "xmodule/protocol/hardwareinfo.h"
 
+#include <boost/scoped_ptr.hpp>
+
 #include <vector>
 
 namespace XModule {
+namespace Agentless {
+class RedfishHardwareReader;
+}
+
 namespace Hardwareinventory {
 
-// What the operating system of a host sees of its hardware. Only the host the program runs on
-// can be read; any other connection gives HARDWARE_NOT_LOCAL and empty lists.
+// What a host's hardware looks like: the host the program runs on, as its operating system sees
+// it; a server out of band, as its BMC's Redfish service tells it (systems, processors, memory,
+// fans and power supplies). Any other connection gives HARDWARE_NOT_LOCAL and empty lists.
 class Hardwareinventory {
 public:
-    enum Result { HARDWARE_OK = 0, HARDWARE_NOT_LOCAL = 1 };
+    enum Result { HARDWARE_OK = 0, HARDWARE_NOT_LOCAL = 1, HARDWARE_BMC_UNREADABLE = 2 };
 
     explicit Hardwareinventory(const ConnectionInfo& connection);
+    ~Hardwareinventory();
 
     int GetComputerSystems(std::vector<protocol::ComputerSystem>& systems);
     // Every list but computer systems and volumes.
@@ -29,6 +37,7 @@ public:
 
 private:
     bool local;
+    boost::scoped_ptr<Agentless::RedfishHardwareReader> bmc;  // set for a BMC's connection only
 };
 
 }  // namespace Hardwareinventory

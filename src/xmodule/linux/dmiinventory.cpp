@@ -107,15 +107,6 @@ std::string DescribeCard(const std::string& kind, const std::string& what, const
     return text;
 }
 
-std::string DescribeCores(const std::string& socket, unsigned cores, unsigned enabled, unsigned threads)
-{
-    std::vector<std::string> counts;
-    if (cores) counts.push_back(Counted(cores, "core"));
-    if (enabled && enabled != cores) counts.push_back(std::to_string(enabled) + " enabled");
-    if (threads) counts.push_back(Counted(threads, "thread"));
-    return DescribeCard(socket, std::string(), counts);
-}
-
 std::string EnabledOrDisabled(bool enabled) { return enabled ? "Enabled" : "Disabled"; }
 
 // --- computer system and cards -------------------------------------------------------------
@@ -490,6 +481,15 @@ void CollectSmbiosPowerSupplies(std::vector<protocol::PowerInband>& supplies)
         power.TotalOutputPower = NumberOrUnknown(supply.maxWatts);
         supplies.push_back(power);
     }
+}
+
+std::string DescribeCores(const std::string& socket, unsigned cores, unsigned enabled, unsigned threads)
+{
+    std::vector<std::string> counts;
+    if (cores) counts.push_back(Counted(cores, "core"));
+    if (enabled && enabled != cores) counts.push_back(std::to_string(enabled) + " enabled");
+    if (threads) counts.push_back(Counted(threads, "thread"));
+    return DescribeCard(socket, std::string(), counts);
 }
 
 bool IsWhitleyPlatform() { return IsWhitleyCpu(ReadCpuInfo()); }

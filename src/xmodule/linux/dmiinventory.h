@@ -3,6 +3,7 @@
 
 #include "xmodule/protocol/hardwareinfo.h"
 
+#include <string>
 #include <vector>
 
 // The host's systems, processors, memory modules, boards, fans and power supplies, from the SMBIOS
@@ -27,6 +28,9 @@ void CollectProcessors(std::vector<protocol::Processor>& processors);
 // One record per installed module of a system memory array; MaxSpeed is the rated MT/s. Where
 // neither SMBIOS nor udev names a module, one "System Memory" record of the memory online.
 void CollectMemory(std::vector<protocol::Memory>& modules);
+
+// "<socket> (<n> cores[, <m> enabled], <t> threads)"; a count of 0 is left out.
+std::string DescribeCores(const std::string& socket, unsigned cores, unsigned enabled, unsigned threads);
 
 // The BIOS, boards, enclosures, slots and onboard devices. Type reads "<kind>[: <what>][ (<details>)]":
 // "BIOS (2023-05-12)", "Baseboard: X12DPi-N6 (Motherboard)", "Chassis: Rack Mount Chassis",
