@@ -46,8 +46,11 @@ TEST(HostStorageReaderTest, NvmeControllersAndSolidStateDisksUnderTheRoot)
           {"sys/block/loop0", "size=4;queue/rotational=0"}},
          "Direct_Attached_SATA Host SATA/SAS SSDs: [SATA|SSD A|N/A|4096|/dev/sda|R1] "
          "[SAS|XS800|SEAGATE|2048|/dev/sdb|K0]\n"},
-        {"an unreadable size counts as empty", {{"sys/class/nvme/nvme0", "model=M;nvme0n1/size=junk"}},
-         "Direct_Attached_NVMe M: [NVMe|M|N/A|0|PCI N/A|N/A]\n"},
+        {"an unreadable size is unknown", {{"sys/class/nvme/nvme0", "model=M;nvme0n1/size=junk"}},
+         "Direct_Attached_NVMe M: [NVMe|M|N/A|N/A|PCI N/A|N/A]\n"},
+        {"native multipath names the namespace by its path; the generic char device is no namespace",
+         {{"sys/class/nvme/nvme2", "model=P;nvme2c2n1/size=200;ng2n1/dev=240:0;nvme20n1/size=7"}},
+         "Direct_Attached_NVMe P: [NVMe|P|N/A|102400|PCI N/A|N/A]\n"},
     };
     for (const Case& c : cases) {
         FixtureHost host("");

@@ -179,9 +179,12 @@ TEST(MemInfoTest, ParsesFieldsAndFillsUtilization)
     EXPECT_FALSE(ParseThreadCount("7.83 4.44 2.04 9", threads));
     EXPECT_FALSE(ParseThreadCount("7.83 4.44 2.04 9/-1 16382", threads));
 
-    // Without MemAvailable (before 3.14) free memory is MemFree; without swap fields those sizes stay unknown.
+    // Without MemAvailable (before 3.14) free memory is MemFree, buffers and page cache; without swap
+    // fields those sizes stay unknown.
     XModule::protocol::MemoryUtilizationInfo memory;
-    FillMemoryUtilization({{"MemTotal", 8ull << 30}, {"MemFree", 2ull << 30}, {"Slab", 1 << 20}}, memory);
+    FillMemoryUtilization({{"MemTotal", 8ull << 30}, {"MemFree", 1ull << 30}, {"Buffers", 512ull << 20},
+                           {"Cached", 512ull << 20}, {"Slab", 1 << 20}},
+                          memory);
     EXPECT_EQ("75.0|8 GiB|2 GiB|N/A|N/A|N/A", Joined({memory.PercentMemoryUtilization, memory.TotalVisibleMemorySize,
                                                        memory.FreePhysicalMemory, memory.TotalVirtualMemorySize,
                                                        memory.KernelMemoryTotal, memory.CommitChargePeak}));

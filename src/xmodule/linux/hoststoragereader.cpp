@@ -7,6 +7,7 @@
 
 #include <cstdint>
 #include <cstdlib>
+#include <regex>
 
 namespace XModule {
 namespace Linux {
@@ -33,15 +34,24 @@ std::uint64_t SizeBytes(const std::string& sizePath)
     return std::strtoull(HostFiles::ReadTrimmed(sizePath).c_str(), nullptr, 10) * kSectorBytes;
 }
 
-// The namespaces of a controller are its subfolders "<controller>n<id>".
+// The namespaces of a controller are its subfolders "<controller>n<id>", or "<controller>c<path>n<id>"
+// where the kernel's native multipath keeps them (as RHEL 9 and Ubuntu do by default).
+bool IsNamespaceOf(const std::string& entry, const std::string& controller)
+{
+    static const std::regex kPathOrPlain("(c[0-9]+)?n[0-9]+");
+    return boost::algorithm::starts_with(entry, controller) &&
+           std::regex_match(entry.begin() + controller.size(), entry.end(), kPathOrPlain);
+}
+
 std::uint64_t NamespaceBytes(const std::string& controllerPath, const std::string& controller)
 {
     std::uint64_t bytes = 0;
     for (const std::string& entry : HostFiles::List(controllerPath))
-        if (boost::algorithm::starts_with(entry, controller + "n"))
-            bytes += SizeBytes(controllerPath + entry + "/size");
+        if (IsNamespaceOf(entry, controller)) bytes += SizeBytes(controllerPath + entry + "/size");
     return bytes;
 }
+
+std::string BytesOrNone(std::uint64_t bytes) { return bytes ? std::to_string(bytes) : kNone; }
 
 opt::SoftwareIdentity FirmwareIdentity(const std::string& name, const std::string& version)
 {
@@ -95,7 +105,7 @@ opt::RaidAdapter NvmeAdapter(const std::string& controller)
     ssd.ProductName = adapter.Model;
     ssd.Location = "PCI " + Attribute(path + "address");
     ssd.FirmwareVersion = Attribute(path + "firmware_rev");
-    ssd.Capacity = std::to_string(NamespaceBytes(path, controller));
+    ssd.Capacity = BytesOrNone(NamespaceBytes(path, controller));
     adapter.ssds.push_back(ssd);
     adapter.softwareIdentities.push_back(FirmwareIdentity(adapter.Model, ssd.FirmwareVersion));
     return adapter;
@@ -118,7 +128,7 @@ opt::SSD DiskSsd(const std::string& disk)
     ssd.ProductName = Attribute(path + "device/model");
     ssd.Location = "/dev/" + disk;
     ssd.FirmwareVersion = Attribute(path + "device/rev");
-    ssd.Capacity = std::to_string(SizeBytes(path + "size"));
+    ssd.Capacity = BytesOrNone(SizeBytes(path + "size"));
     return ssd;
 }
 

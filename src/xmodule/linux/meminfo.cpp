@@ -23,7 +23,7 @@ const char kLoadAvg[] = "/proc/loadavg";
 const char kFileNr[] = "/proc/sys/fs/file-nr";
 const char kProcesses[] = "/proc";
 
-// What programs could be given without swapping; older kernels (before 3.14) lack it and say MemFree.
+// What programs could be given without swapping; older kernels (before 3.14) lack it.
 const char kAvailable[] = "MemAvailable";
 
 typedef std::string protocol::MemoryUtilizationInfo::*MemoryField;
@@ -171,7 +171,10 @@ bool ParseThreadCount(const std::string& loadavg, std::uint64_t& threads)
 void FillMemoryUtilization(const MemInfo& info, protocol::MemoryUtilizationInfo& memory)
 {
     MemInfo fields = info;
-    if (!fields.count(kAvailable) && fields.count("MemFree")) fields[kAvailable] = fields["MemFree"];
+    // Before MemAvailable, free memory was told as MemFree plus the buffers and page cache it could reclaim.
+    if (!fields.count(kAvailable) && fields.count("MemFree"))
+        for (const char* reclaimable : {"MemFree", "Buffers", "Cached"})
+            if (fields.count(reclaimable)) fields[kAvailable] += fields[reclaimable];
     for (const SizeField& size : kSizeFields) {
         std::uint64_t bytes = 0;
         if (SumFields(fields, size.sum, bytes)) memory.*size.field = FormatBytes(bytes);
