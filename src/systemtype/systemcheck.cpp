@@ -1,6 +1,7 @@
 #include "kestro/systemtype/systemcheck.h"
 
 #include "kestro/xmodule/kestrodirectory.h"
+#include "xmodule/agentless/redfishhardwarereader.h"
 #include "xmodule/hardwareinventory/hardwareinventory.h"
 #include "xmodule/linux/redfishhostinterface.h"
 #include "xmodule/transferdeadline.h"
@@ -99,6 +100,12 @@ bool SystemCheck::IsRedfishSupported(const ConnectionInfo& connection, int secon
 }
 
 bool SystemCheck::IsWhitleyPlatform() { return Hardwareinventory::Hardwareinventory::IsWhitleyPlatform(); }
+
+bool SystemCheck::IsWhitleyPlatform(const ConnectionInfo& connection)
+{
+    if (!connection.isBmc) return IsWhitleyPlatform();
+    return Agentless::RedfishHardwareReader(connection).IsWhitleyPlatform();
+}
 
 std::string SystemCheck::GetReleaseName(const ConnectionInfo& connection)
 {

@@ -59,6 +59,14 @@ TEST(RedfishHardwareReaderTest, FollowsTheLinksOfAStandardServerToItsInstalledPa
     EXPECT_EQ(Lines{"CPU1_DIMM_A1|64 GiB|DDR5|4800|Multi-bit ECC|Samsung|M321R8GA0BB0-CQK|0A1B2C3D"}, got.memory);
     EXPECT_EQ((Lines{"Fan 1|OK|9120", "Fan 2|Critical|0", "Fan 3|Not Present|N/A"}), got.fans);
     EXPECT_EQ((Lines{"PSU 1|OK|1100", "PSU 2|Not Present|N/A"}), got.power);
+
+    // Sapphire Rapids (model 0x8F) is no Whitley; Ice Lake-SP (0x6A) is.
+    ConnectionInfo connection = StandardBmcConnection(bmc, kPassword);
+    EXPECT_FALSE(Agentless::RedfishHardwareReader(connection).IsWhitleyPlatform());
+    const std::string cpu = "/redfish/v1/Systems/Node-A1/Processors/CPU1";
+    bmc.SetDocument(cpu, R"({"ProcessorType": "CPU", "Status": {"State": "Enabled"}, "ProcessorId":
+        {"VendorId": "GenuineIntel", "EffectiveFamily": "0x6", "EffectiveModel": "0x6A"}})");
+    EXPECT_TRUE(Agentless::RedfishHardwareReader(connection).IsWhitleyPlatform());
 }
 
 TEST(RedfishHardwareReaderTest, MissingPartsLeaveTheirListsEmptyAndAMissingNodeReadsNothing)

@@ -235,6 +235,7 @@ int RunRedfishInventory(const Options& options)
     const std::vector<XModule::ConnectionInfo> bmc(1, target);
     repo.SetRestConnectionList(bmc);
     repo.SetCIMConnectionList(bmc);
+    repo.SetIsWhitleySystem(XModule::SystemCheck::IsWhitleyPlatform(target));
     return CollectAndWrite(repo, options);
 }
 

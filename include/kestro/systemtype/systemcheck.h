@@ -39,6 +39,9 @@ public:
     // This host's processors make it a Whitley platform (third-generation Xeon Scalable), the one
     // platform that reports its fans and power supplies in band.
     static bool IsWhitleyPlatform();
+    // The same of the server behind `connection`: this host, or a BMC's system by its Redfish
+    // processors.
+    static bool IsWhitleyPlatform(const ConnectionInfo& connection);
 
     // The rules above over a service root document, apart from the request.
     static bool ServiceRootIsCFCPlatformV2(const boost::json::value& root);

@@ -2,6 +2,7 @@
 
 #include "rest/jsonread.h"
 #include "xmodule/agentless/bmcreader.h"
+#include "xmodule/linux/cpuinfo.h"
 #include "xmodule/linux/dmiinventory.h"
 #include "xmodule/linux/valueformat.h"
 #include "xmodule/rlog.h"
@@ -93,6 +94,23 @@ bool IsInstalledCpu(const boost::json::value& processor)
 {
     const std::string type = Text(processor, "/ProcessorType");
     return !IsAbsent(processor) && (type.empty() || type == "CPU");
+}
+
+// "0x6A" or "106" as a number; -1 for anything else.
+int IdentifierNumber(const std::string& text)
+{
+    char* end = nullptr;
+    const long value = std::strtol(text.c_str(), &end, 0);
+    return text.empty() || *end != '\0' || value < 0 || value > 0xFFFF ? -1 : static_cast<int>(value);
+}
+
+Linux::CpuInfoEntry CpuIdentityOf(const boost::json::value& processor)
+{
+    Linux::CpuInfoEntry entry;
+    entry.vendorId = Text(processor, "/ProcessorId/VendorId");
+    entry.family = IdentifierNumber(Text(processor, "/ProcessorId/EffectiveFamily"));
+    entry.model = IdentifierNumber(Text(processor, "/ProcessorId/EffectiveModel"));
+    return entry;
 }
 
 protocol::Processor ProcessorOf(const boost::json::value& processor)
@@ -237,6 +255,13 @@ struct RedfishHardwareReader::Private {
         });
     }
 
+    void ReadCpuIdentities(std::vector<Linux::CpuInfoEntry>& cpus)
+    {
+        VisitLinkedMembers(system, "/Processors", [&](const boost::json::value& processor) {
+            if (IsInstalledCpu(processor)) cpus.push_back(CpuIdentityOf(processor));
+        });
+    }
+
     void ReadMemory(std::vector<protocol::Memory>& modules)
     {
         VisitLinkedMembers(system, "/Memory", [&](const boost::json::value& module) {
@@ -281,6 +306,13 @@ bool RedfishHardwareReader::ReadHardware(protocol::Hardwareinfo& info)
     d->ReadMemory(info.memory);
     d->ReadFansAndPower(info);
     return true;
+}
+
+bool RedfishHardwareReader::IsWhitleyPlatform()
+{
+    std::vector<Linux::CpuInfoEntry> cpus;
+    if (d->ReadSystem()) d->ReadCpuIdentities(cpus);
+    return Linux::IsWhitleyCpu(cpus);
 }
 
 }  // namespace Agentless

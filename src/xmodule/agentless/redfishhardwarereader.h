@@ -25,6 +25,9 @@ public:
     // Processors, memory, fans and power; false when the system cannot be read. A list whose
     // resource is missing or unreadable stays empty, and the BMC reader logs why.
     bool ReadHardware(protocol::Hardwareinfo& info);
+    // The system's installed CPUs make it a Whitley platform, by their ProcessorId's vendor, family
+    // and model as /proc/cpuinfo would give them.
+    bool IsWhitleyPlatform();
 
 private:
     struct Private;
