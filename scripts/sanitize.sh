@@ -13,7 +13,7 @@ scripts/install-deps.sh
 # Tests whose process runs a second thread: the logger's own test and every test that talks to
 # the loopback BMC, which serves from a thread of the test process while one libcurl share and
 # multi handle carry the run's transfers.
-THREADED_TESTS='^(LogTest|RestClient|RestSession|RedfishClient|RedfishSettings|RedfishHostInterface|RunContext|JsonOverSession|JsonRead|RCFC|LogmgrRedfishCFC|SystemCheck|MockupTree|RNetworkModule|RBMCEventLog|RLSIOptModule|QMMTypeAcquire|xFirmwareInventory|NetworkOutOfBand|KestroRedfish|KestroFaults|KestroSecrets)'
+THREADED_TESTS='^(LogTest|RestClient|RestSession|RedfishClient|RedfishSettings|RedfishHostInterface|RunContext|JsonOverSession|JsonRead|RCFC|LogmgrRedfishCFC|SystemCheck|MockupTree|RNetworkModule|RBMCEventLog|RLSIOptModule|RedfishHardwareReader|QMMTypeAcquire|xFirmwareInventory|NetworkOutOfBand|KestroRedfish|KestroFaults|KestroSecrets)'
 
 case "${1:-address}" in
 address)
