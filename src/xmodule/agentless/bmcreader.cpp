@@ -73,5 +73,14 @@ std::string BmcReader::FirstMember(const std::string& path)
     return members.front();
 }
 
+std::string BmcReader::MemberAt(const std::string& path, std::size_t index)
+{
+    std::vector<std::string> members;
+    if (!Members(path, members)) return std::string();
+    if (index < members.size()) return members[index];
+    RLOG(2) << "The BMC lists no member " << index << " under " << path;
+    return std::string();
+}
+
 }  // namespace Agentless
 }  // namespace XModule

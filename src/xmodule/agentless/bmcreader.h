@@ -28,6 +28,9 @@ public:
     // The first member of the collection at `path`; empty when it has none or cannot be read.
     // Servers name their system and chassis as they like, so "1" is never assumed.
     std::string FirstMember(const std::string& path);
+    // The member at `index` (a node of a multi-node server); empty, and a level-2 line, when the
+    // collection holds no such member.
+    std::string MemberAt(const std::string& path, std::size_t index);
 
 private:
     struct Private;

@@ -5,7 +5,6 @@
 #include "xmodule/linux/cpuinfo.h"
 #include "xmodule/linux/dmiinventory.h"
 #include "xmodule/linux/valueformat.h"
-#include "xmodule/rlog.h"
 
 #include <boost/algorithm/string/case_conv.hpp>
 #include <boost/function.hpp>
@@ -69,13 +68,19 @@ std::string HealthOf(const boost::json::value& member)
     return IsAbsent(member) ? "Not Present" : Known(member, "/Status/Health");
 }
 
+// "0x6A" or "106" as a number; -1 for anything else.
+int IdentifierNumber(const std::string& text)
+{
+    char* end = nullptr;
+    const long value = std::strtol(text.c_str(), &end, 0);
+    return text.empty() || *end != '\0' || value < 0 || value > 0xFFFF ? -1 : static_cast<int>(value);
+}
+
 // "0x6" or "6" as the decimal the host's records use.
 std::string Stepping(const std::string& text)
 {
-    if (text.empty()) return UNKNOWN_VALUE;
-    char* end = nullptr;
-    const unsigned long value = std::strtoul(text.c_str(), &end, 0);
-    return *end == '\0' ? std::to_string(value) : text;
+    const int value = IdentifierNumber(text);
+    return value >= 0 ? std::to_string(value) : Linux::TextOrUnknown(text);
 }
 
 protocol::ComputerSystem ComputerSystemOf(const boost::json::value& system, std::uint16_t nodeIndex)
@@ -94,14 +99,6 @@ bool IsInstalledCpu(const boost::json::value& processor)
 {
     const std::string type = Text(processor, "/ProcessorType");
     return !IsAbsent(processor) && (type.empty() || type == "CPU");
-}
-
-// "0x6A" or "106" as a number; -1 for anything else.
-int IdentifierNumber(const std::string& text)
-{
-    char* end = nullptr;
-    const long value = std::strtol(text.c_str(), &end, 0);
-    return text.empty() || *end != '\0' || value < 0 || value > 0xFFFF ? -1 : static_cast<int>(value);
 }
 
 Linux::CpuInfoEntry CpuIdentityOf(const boost::json::value& processor)
@@ -190,16 +187,10 @@ struct RedfishHardwareReader::Private {
 
     bool ReadSystem()
     {
-        if (!systemPath.empty()) return true;
-        std::vector<std::string> members;
-        if (!reader.Members(kSystems, members)) return false;
-        if (nodeIndex >= members.size()) {
-            RLOG(2) << "The BMC lists no member " << nodeIndex << " under " << kSystems;
-            return false;
-        }
-        if (!reader.Get(members[nodeIndex], system)) return false;
-        systemPath = members[nodeIndex];
-        return true;
+        if (systemRead) return true;
+        const std::string path = reader.MemberAt(kSystems, nodeIndex);
+        systemRead = !path.empty() && reader.Get(path, system);
+        return systemRead;
     }
 
     // The chassis the system names first, else the BMC's first chassis.
@@ -248,17 +239,10 @@ struct RedfishHardwareReader::Private {
         if (GetLinked(chassis, subsystemLink, subsystem)) VisitLinkedMembers(subsystem, collection, visit);
     }
 
-    void ReadProcessors(std::vector<protocol::Processor>& processors)
+    void VisitInstalledCpus(const Visitor& visit)
     {
         VisitLinkedMembers(system, "/Processors", [&](const boost::json::value& processor) {
-            if (IsInstalledCpu(processor)) processors.push_back(ProcessorOf(processor));
-        });
-    }
-
-    void ReadCpuIdentities(std::vector<Linux::CpuInfoEntry>& cpus)
-    {
-        VisitLinkedMembers(system, "/Processors", [&](const boost::json::value& processor) {
-            if (IsInstalledCpu(processor)) cpus.push_back(CpuIdentityOf(processor));
+            if (IsInstalledCpu(processor)) visit(processor);
         });
     }
 
@@ -284,7 +268,7 @@ struct RedfishHardwareReader::Private {
 
     std::size_t nodeIndex;
     BmcReader reader;
-    std::string systemPath;
+    bool systemRead = false;
     boost::json::value system;
 };
 
@@ -302,7 +286,7 @@ bool RedfishHardwareReader::ReadComputerSystem(std::vector<protocol::ComputerSys
 bool RedfishHardwareReader::ReadHardware(protocol::Hardwareinfo& info)
 {
     if (!d->ReadSystem()) return false;
-    d->ReadProcessors(info.processors);
+    d->VisitInstalledCpus([&](const boost::json::value& cpu) { info.processors.push_back(ProcessorOf(cpu)); });
     d->ReadMemory(info.memory);
     d->ReadFansAndPower(info);
     return true;
@@ -311,7 +295,8 @@ bool RedfishHardwareReader::ReadHardware(protocol::Hardwareinfo& info)
 bool RedfishHardwareReader::IsWhitleyPlatform()
 {
     std::vector<Linux::CpuInfoEntry> cpus;
-    if (d->ReadSystem()) d->ReadCpuIdentities(cpus);
+    if (d->ReadSystem())
+        d->VisitInstalledCpus([&](const boost::json::value& cpu) { cpus.push_back(CpuIdentityOf(cpu)); });
     return Linux::IsWhitleyCpu(cpus);
 }
 

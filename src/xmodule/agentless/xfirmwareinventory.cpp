@@ -2,7 +2,6 @@
 
 #include "rest/jsonread.h"
 #include "xmodule/agentless/bmcreader.h"
-#include "xmodule/rlog.h"
 
 #include <boost/algorithm/string/case_conv.hpp>
 #include <boost/algorithm/string/join.hpp>
@@ -141,15 +140,8 @@ struct xFirmwareInventory::Private {
     // The path of the member at the node index (systems) or the first member (managers).
     bool OwnerPath(const char* collection, std::string& path)
     {
-        std::vector<std::string> members;
-        if (!reader.Members(collection, members)) return false;
-        const std::size_t index = collection == kSystems ? connection.nodeIndex : 0;
-        if (index >= members.size()) {
-            RLOG(2) << "The BMC lists no member " << index << " under " << collection;
-            return false;
-        }
-        path = members[index];
-        return true;
+        path = reader.MemberAt(collection, collection == kSystems ? connection.nodeIndex : 0);
+        return !path.empty();
     }
 
     int ReadOwner(const char* collection, boost::json::value& owner)
